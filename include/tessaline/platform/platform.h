@@ -1,0 +1,7 @@
+// The platform layer's public part: the portable subset of Win32 that the
+// system's code and its hosts use.
+#pragma once
+
+#include "tessaline/platform/memory.h"
+#include "tessaline/platform/user.h"
+#include "tessaline/platform/win_types.h"

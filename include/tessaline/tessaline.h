@@ -1,0 +1,14 @@
+// tessaline: the core of a 2-D cross-section editor and the analysis of what
+// is drawn. This umbrella header declares the whole exported interface and
+// the platform layer's public part.
+#pragma once
+
+#include "tessaline/export.h"
+#include "tessaline/host.h"
+#include "tessaline/platform/platform.h"
+
+#include "tessaline/model/create.h"
+#include "tessaline/model/element.h"
+#include "tessaline/model/parent.h"
+
+#include "tessaline/geometry/vector.h"
