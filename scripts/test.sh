@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Sets up the machine and runs every test: the suites in a normal build, the
+# same suites built with AddressSanitizer and UndefinedBehaviorSanitizer, and
+# a host project built against the installed library with find_package.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+jobs=$(nproc 2>/dev/null || echo 2)
+"$root/scripts/setup.sh"
+
+echo "== build and test"
+"$root/scripts/build.sh" "$root/build"
+ctest --test-dir "$root/build" -j"$jobs" --output-on-failure --timeout 900
+
+echo "== build and test with AddressSanitizer and UndefinedBehaviorSanitizer"
+"$root/scripts/build.sh" "$root/build-asan" -DCMAKE_BUILD_TYPE=Debug \
+  -DTESSALINE_SANITIZE=address,undefined -DTESSALINE_BUILD_BENCH=OFF -DTESSALINE_BUILD_EXAMPLES=OFF
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  ctest --test-dir "$root/build-asan" -j"$jobs" --output-on-failure --timeout 1800
+
+echo "== install and build a host against it"
+rm -rf "$root/build/install" "$root/build/consumer"
+cmake --install "$root/build" --prefix "$root/build/install" >/dev/null
+cmake -S "$root/examples/consumer" -B "$root/build/consumer" \
+  -DCMAKE_PREFIX_PATH="$root/build/install" >/dev/null
+cmake --build "$root/build/consumer" -- --no-print-directory >/dev/null
+LD_LIBRARY_PATH="$root/build/install/lib" "$root/build/consumer/consumer"
+
+echo "== all tests passed"
