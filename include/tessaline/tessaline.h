@@ -10,5 +10,6 @@
 #include "tessaline/model/create.h"
 #include "tessaline/model/element.h"
 #include "tessaline/model/parent.h"
+#include "tessaline/model/rect.h"
 
 #include "tessaline/geometry/vector.h"
