@@ -13,3 +13,5 @@
 #include "tessaline/model/rect.h"
 
 #include "tessaline/geometry/vector.h"
+
+#include "tessaline/display/coord.h"
