@@ -14,4 +14,5 @@
 
 #include "tessaline/geometry/vector.h"
 
+#include "tessaline/display/colour.h"
 #include "tessaline/display/coord.h"
