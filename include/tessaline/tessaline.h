@@ -12,3 +12,5 @@
 #include "tessaline/model/parent.h"
 
 #include "tessaline/geometry/vector.h"
+
+#include "tessaline/contour/contour.h"
