@@ -22,20 +22,31 @@ constexpr int32_t kFirst_Capacity = 10;
 constexpr int32_t kSearch_Index = 0;
 constexpr int32_t kSearch_Flag = 1;
 
-// Cells are twice as wide as the join tolerance: ends that join lie in the
-// same or neighbouring cells even after the rounding of x * kCells_Per_Unit.
-constexpr double kCells_Per_Unit = 0.5 / kContour_Join_Tolerance;
-constexpr double kCell_Limit = 4.0e18;  // keeps cell numbers and their neighbours in int64
+// The index files each end under a square cell four tolerances wide. An end
+// that joins (px, py) lies within one tolerance of it; a query takes the
+// cells that the window widened to 1.5 tolerances touches (at most two per
+// axis). Every step from a coordinate to its cell number (subtracting,
+// scaling, rounding, flooring) is monotone, so the half tolerance to spare
+// outweighs rounding wherever ends closer than the tolerance can differ at
+// all; where a double's spacing exceeds the tolerance, only equal ends join,
+// and equal values fall in the same cell.
+constexpr double kCells_Per_Unit = 0.25 / kContour_Join_Tolerance;
+constexpr double kQuery_Reach = 1.5 * kContour_Join_Tolerance;
+constexpr double kCell_Limit = 4.0e18;  // keeps cell numbers in int64
+constexpr int64_t kEmpty = INT64_MIN;   // no cell number: marks an empty bucket
 
 int64_t Cell(double v) {
   double c = std::floor(v * kCells_Per_Unit);
   return static_cast<int64_t>(std::clamp(c, -kCell_Limit, kCell_Limit));
 }
 
+// Both cell numbers mixed into every bit (the finaliser of splitmix64), so
+// that neighbouring cells scatter over the table.
 size_t Cell_Hash(int64_t cx, int64_t cy) {
-  uint64_t h = static_cast<uint64_t>(cx) * 0x9E3779B97F4A7C15ull;
-  h ^= static_cast<uint64_t>(cy) * 0xC2B2AE3D27D4EB4Full;
-  return static_cast<size_t>(h ^ (h >> 29));
+  uint64_t h = static_cast<uint64_t>(cx) * 0x9E3779B97F4A7C15ull + static_cast<uint64_t>(cy);
+  h = (h ^ (h >> 30)) * 0xBF58476D1CE4E5B9ull;
+  h = (h ^ (h >> 27)) * 0x94D049BB133111EBull;
+  return static_cast<size_t>(h ^ (h >> 31));
 }
 
 bool Ends_Join(double px, double py, double x, double y) {
@@ -99,88 +110,84 @@ int Find_Next_ContEl(Objects_Array_Type* array, int start, HGLOBAL exclude, doub
 
 void Contour_Search::Build() {
   built_ = true;
+  std::vector<HGLOBAL> handles;
   {
     Array_Slots slots(array_);
-    handles_.assign(slots.data(), slots.data() + slots.size());
+    handles.assign(slots.data(), slots.data() + slots.size());
   }
-  size_t n = handles_.size();
-  ends_.assign(4 * n, 0.0);
-  id_.assign(n, -1);
+  const size_t n = handles.size();
+  outside_id_ = static_cast<int32_t>(n);
   used_.assign(n + 1, 0);
   id_of_.reserve(n);
-
-  struct End {
-    int64_t cx, cy;
-    int32_t pos;
-  };
-  std::vector<End> ends;
-  ends.reserve(2 * n);
-  for (size_t pos = 0; pos < n; ++pos) {
-    double* e = &ends_[4 * pos];
-    if (!Read_Contour_Ends(handles_[pos], e)) continue;
-    auto p = static_cast<int32_t>(pos);
-    id_[pos] = id_of_.emplace(handles_[pos], p).first->second;
-    // A non-finite end joins nothing: every window test with it is false.
-    bool first = std::isfinite(e[0]) && std::isfinite(e[1]);
-    bool second = std::isfinite(e[2]) && std::isfinite(e[3]);
-    if (first) ends.push_back({Cell(e[0]), Cell(e[1]), p});
-    if (second && !(first && Cell(e[2]) == ends.back().cx && Cell(e[3]) == ends.back().cy)) {
-      ends.push_back({Cell(e[2]), Cell(e[3]), p});
-    }
-  }
-  std::sort(ends.begin(), ends.end(), [](const End& a, const End& b) {
-    if (a.cx != b.cx) return a.cx < b.cx;
-    if (a.cy != b.cy) return a.cy < b.cy;
-    return a.pos < b.pos;
-  });
-
-  ends_in_cells_.resize(ends.size());
-  for (size_t i = 0; i < ends.size(); ++i) {
-    ends_in_cells_[i] = ends[i].pos;
-    if (i == 0 || ends[i].cx != ends[i - 1].cx || ends[i].cy != ends[i - 1].cy) {
-      ranges_.push_back({ends[i].cx, ends[i].cy, static_cast<uint32_t>(i), 0});
-    }
-    ranges_.back().end = static_cast<uint32_t>(i + 1);
-  }
   size_t size = 1;
-  while (size < 2 * ranges_.size()) size *= 2;
-  buckets_.assign(size, -1);
-  for (size_t r = 0; r < ranges_.size(); ++r) {
-    size_t b = Cell_Hash(ranges_[r].cx, ranges_[r].cy) & (size - 1);
-    while (buckets_[b] >= 0) b = (b + 1) & (size - 1);
-    buckets_[b] = static_cast<int32_t>(r);
+  while (size < 4 * n) size *= 2;  // two ends each: never more than half full
+  buckets_.assign(size, Bucket{kEmpty, 0, 0, 0});
+
+  // First pass: read every element, find the cells of its ends and count
+  // the ends of each cell (in `end` for now).
+  std::vector<Entry> read(n);
+  std::vector<int64_t> bucket_of(2 * n, -1);
+  for (size_t pos = 0; pos < n; ++pos) {
+    Entry& r = read[pos];
+    if (!Read_Contour_Ends(handles[pos], r.e)) continue;
+    r.pos = static_cast<int32_t>(pos);
+    r.id = id_of_.emplace(handles[pos], r.pos).first->second;
+    r.handle = handles[pos];
+    for (size_t k = 0; k < 2; ++k) {
+      // A non-finite end joins nothing: every window test with it is false.
+      if (!std::isfinite(r.e[2 * k]) || !std::isfinite(r.e[2 * k + 1])) continue;
+      int64_t b = Bucket_Of(Cell(r.e[2 * k]), Cell(r.e[2 * k + 1]), true);
+      if (k == 1 && b == bucket_of[2 * pos]) continue;  // both ends in one cell: filed once
+      bucket_of[2 * pos + k] = b;
+      buckets_[static_cast<size_t>(b)].end += 1;
+    }
+  }
+  uint32_t total = 0;
+  for (Bucket& b : buckets_) {
+    b.begin = total;
+    total += b.end;
+    b.end = b.begin;
+  }
+  // Second pass: file the entries in array order, so each run is sorted.
+  entries_.resize(total);
+  for (size_t i = 0; i < bucket_of.size(); ++i) {
+    if (bucket_of[i] >= 0)
+      entries_[buckets_[static_cast<size_t>(bucket_of[i])].end++] = read[i / 2];
   }
 }
 
-const Contour_Search::Cell_Range* Contour_Search::Lookup(int64_t cx, int64_t cy) const {
-  size_t mask = buckets_.size() - 1;
-  for (size_t b = Cell_Hash(cx, cy) & mask; buckets_[b] >= 0; b = (b + 1) & mask) {
-    const Cell_Range& r = ranges_[static_cast<size_t>(buckets_[b])];
-    if (r.cx == cx && r.cy == cy) return &r;
+int64_t Contour_Search::Bucket_Of(int64_t cx, int64_t cy, bool add) {
+  const size_t mask = buckets_.size() - 1;
+  size_t b = Cell_Hash(cx, cy) & mask;
+  for (; buckets_[b].cx != kEmpty; b = (b + 1) & mask) {
+    if (buckets_[b].cx == cx && buckets_[b].cy == cy) return static_cast<int64_t>(b);
   }
-  return nullptr;
+  if (!add) return -1;
+  buckets_[b].cx = cx;
+  buckets_[b].cy = cy;
+  return static_cast<int64_t>(b);
 }
 
 void Contour_Search::Query(double px, double py, int32_t exclude) {
-  if (!std::isfinite(px) || !std::isfinite(py) || ranges_.empty()) return;
-  int64_t cx = Cell(px), cy = Cell(py);
+  if (!std::isfinite(px) || !std::isfinite(py) || entries_.empty()) return;
+  const int64_t x_hi = Cell(px + kQuery_Reach), y_hi = Cell(py + kQuery_Reach);
   scratch_.clear();
-  for (int64_t dx = -1; dx <= 1; ++dx) {
-    for (int64_t dy = -1; dy <= 1; ++dy) {
-      const Cell_Range* r = Lookup(cx + dx, cy + dy);
-      if (r) {
-        scratch_.insert(scratch_.end(), ends_in_cells_.begin() + r->begin,
-                        ends_in_cells_.begin() + r->end);
-      }
+  for (int64_t cx = Cell(px - kQuery_Reach); cx <= x_hi; ++cx) {
+    for (int64_t cy = Cell(py - kQuery_Reach); cy <= y_hi; ++cy) {
+      int64_t b = Bucket_Of(cx, cy, false);
+      if (b < 0) continue;
+      const Bucket& r = buckets_[static_cast<size_t>(b)];
+      for (uint32_t i = r.begin; i < r.end; ++i) scratch_.push_back(&entries_[i]);
     }
   }
-  std::sort(scratch_.begin(), scratch_.end());
+  // Runs of up to four cells: into array order, each element once.
+  std::sort(scratch_.begin(), scratch_.end(),
+            [](const Entry* a, const Entry* b) { return a->pos < b->pos; });
   scratch_.erase(std::unique(scratch_.begin(), scratch_.end()), scratch_.end());
-  for (int32_t pos : scratch_) {
+  for (const Entry* r : scratch_) {
     double ox, oy;
-    if (id_[static_cast<size_t>(pos)] == exclude) continue;
-    if (Other_End(&ends_[4 * static_cast<size_t>(pos)], px, py, &ox, &oy)) {
-      cands_.push_back({pos, ox, oy});
+    if (r->id != exclude && Other_End(r->e, px, py, &ox, &oy)) {
+      cands_.push_back({r->id, r->handle, ox, oy});
     }
   }
 }
@@ -189,7 +196,7 @@ void Contour_Search::Push(int32_t id, HGLOBAL handle, double ex, double ey) {
   used_[static_cast<size_t>(id)] = 1;
   size_t begin = cands_.size();
   Query(ex, ey, id);
-  frames_.push_back({id, handle, ex, ey, begin, cands_.size(), begin});
+  frames_.push_back({id, ex, ey, handle, begin, cands_.size(), begin});
 }
 
 int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
@@ -217,8 +224,7 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
   if (!built_) Build();
 
   auto known = id_of_.find(start);
-  const int32_t start_id =
-      known != id_of_.end() ? known->second : static_cast<int32_t>(handles_.size());
+  const int32_t start_id = known != id_of_.end() ? known->second : outside_id_;
   frames_.clear();
   cands_.clear();
   Push(start_id, start, s[2], s[3]);
@@ -235,13 +241,12 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
     }
     peak = std::max(peak, static_cast<int32_t>(frames_.size()));
     const Candidate c = cands_[f.next];
-    const int32_t id = id_[static_cast<size_t>(c.pos)];
-    if (id == start_id && Ends_Join(s[0], s[1], f.ex, f.ey)) {
+    if (c.id == start_id && Ends_Join(s[0], s[1], f.ex, f.ey)) {
       closed = true;
-    } else if (used_[static_cast<size_t>(id)]) {
+    } else if (used_[static_cast<size_t>(c.id)]) {
       f.next += 1;  // each element once in a chain
     } else {
-      Push(id, handles_[static_cast<size_t>(c.pos)], c.ox, c.oy);
+      Push(c.id, c.handle, c.ox, c.oy);
     }
   }
   for (const Frame& f : frames_) used_[static_cast<size_t>(f.id)] = 0;

@@ -19,28 +19,38 @@ class Contour_Search {
   int Find(HGLOBAL start, Contour_Type* contour);
 
  private:
-  // A way on from a free end: the array position of the element and its
-  // other end.
-  struct Candidate {
+  // An end filed in the index: the element's array position, identity (the
+  // first position holding the same handle), handle and both ends, kept
+  // together so that a query reads one run of memory.
+  struct Entry {
     int32_t pos;
+    int32_t id;
+    HGLOBAL handle;
+    double e[4];  // x1, y1, x2, y2
+  };
+  // A cell of the index: its run of entries_. Empty buckets have cx = kEmpty.
+  struct Bucket {
+    int64_t cx, cy;
+    uint32_t begin, end;
+  };
+  // A way on from a free end: the element and its other end.
+  struct Candidate {
+    int32_t id;
+    HGLOBAL handle;
     double ox, oy;
   };
   // An element on the current chain, the candidates found at its free end
   // (a range of cands_) and the next of them to try.
   struct Frame {
     int32_t id;
-    HGLOBAL handle;
     double ex, ey;
+    HGLOBAL handle;
     size_t begin, end, next;
-  };
-  // A run of ends_in_cells_ that lies in one cell.
-  struct Cell_Range {
-    int64_t cx, cy;
-    uint32_t begin, end;
   };
 
   void Build();
-  const Cell_Range* Lookup(int64_t cx, int64_t cy) const;
+  // The bucket of cell (cx, cy); a new one when `add`, else -1 for none.
+  int64_t Bucket_Of(int64_t cx, int64_t cy, bool add);
   // Appends to cands_ the elements with an end in the join window of
   // (px, py), in array order, leaving out every entry of element `exclude`.
   void Query(double px, double py, int32_t exclude);
@@ -49,15 +59,12 @@ class Contour_Search {
 
   const Objects_Array_Type* array_;
   bool built_ = false;
-  std::vector<HGLOBAL> handles_;  // by array position
-  std::vector<double> ends_;      // x1, y1, x2, y2 by position
-  std::vector<int32_t> id_;       // first position holding the same handle; -1: takes no part
+  int32_t outside_id_ = 0;  // the identity of a start that the array does not hold
   std::unordered_map<HGLOBAL, int32_t> id_of_;
-  std::vector<int32_t> ends_in_cells_;  // positions, grouped by cell, array order within one
-  std::vector<Cell_Range> ranges_;
-  std::vector<int32_t> buckets_;  // open addressing over ranges_; -1 empty
-  std::vector<uint8_t> used_;     // by id; one more for a start outside the array
+  std::vector<Bucket> buckets_;  // open addressing, at most half full
+  std::vector<Entry> entries_;   // grouped by cell, in array order within a cell
+  std::vector<uint8_t> used_;    // on the chain, by identity
   std::vector<Frame> frames_;
   std::vector<Candidate> cands_;
-  std::vector<int32_t> scratch_;
+  std::vector<const Entry*> scratch_;
 };
