@@ -180,10 +180,12 @@ void Contour_Search::Query(double px, double py, int32_t exclude) {
       for (uint32_t i = r.begin; i < r.end; ++i) scratch_.push_back(&entries_[i]);
     }
   }
-  // Runs of up to four cells: into array order, each element once.
+  // Runs of up to four cells into array order, each element once (an
+  // element whose ends lie in two of the cells is filed in both).
   std::sort(scratch_.begin(), scratch_.end(),
             [](const Entry* a, const Entry* b) { return a->pos < b->pos; });
-  scratch_.erase(std::unique(scratch_.begin(), scratch_.end()), scratch_.end());
+  auto same = [](const Entry* a, const Entry* b) { return a->pos == b->pos; };
+  scratch_.erase(std::unique(scratch_.begin(), scratch_.end(), same), scratch_.end());
   for (const Entry* r : scratch_) {
     double ox, oy;
     if (r->id != exclude && Other_End(r->e, px, py, &ox, &oy)) {
@@ -219,7 +221,7 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
     }
     return 1;
   }
-  // Only segments and arcs chain, so nothing else can be come back to.
+  // Only segments and arcs chain: the chain can come back to nothing else.
   if (type != EL_SEGMENT && type != EL_ARC) return Fail(contour);
   if (!built_) Build();
 
