@@ -16,3 +16,5 @@
 
 #include "tessaline/display/colour.h"
 #include "tessaline/display/coord.h"
+
+#include "tessaline/contour/contour.h"
