@@ -11,4 +11,7 @@
 #include "tessaline/model/element.h"
 #include "tessaline/model/parent.h"
 
+#include "tessaline/geometry/intersect.h"
+#include "tessaline/geometry/projection.h"
+#include "tessaline/geometry/triangle.h"
 #include "tessaline/geometry/vector.h"
