@@ -1,4 +1,5 @@
-// Projections and distances, checked against brute-force sampling.
+// Projections and distances against brute-force sampling, and the vector
+// layer's deliberate edge cases.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -6,126 +7,106 @@
 #include "geometry/sampling.h"
 #include "support/capture.h"
 
-namespace {
-const double kEps = 1e-9;  // relative to the inputs' size (about 100)
-}
-
-// The projection lies on the segment, no sampled point of the segment is
-// nearer, and both distance functions agree with it.
-TEST(Projection, SegmentProjectionIsTheNearestPoint) {
+// On random inputs the projection lies on the segment or arc, no sampled
+// point of it is nearer, and every distance function agrees with it.
+TEST(Projection, ProjectionIsTheNearestPointAndDistancesAgree) {
   Rng rnd(1);
   for (int i = 0; i < 2000; ++i) {
-    double x1 = rnd(-100, 100), y1 = rnd(-100, 100), x2 = rnd(-100, 100), y2 = rnd(-100, 100);
-    double px = rnd(-150, 150), py = rnd(-150, 150), qx, qy;
-    Projection_Segment_Point(x1, y1, x2, y2, px, py, &qx, &qy);
-    double d = std::hypot(px - qx, py - qy);
-    EXPECT_LT(Distance_Line_Point(x1, y1, x2, y2, qx, qy), 100 * kEps);
-    EXPECT_LE(std::fmin(qx, qy), std::fmax(std::fmax(x1, x2), std::fmax(y1, y2)) + kEps);
-    double sampled = INFINITY;
-    for (int j = 0; j <= 200; ++j) {
-      double t = j / 200.0;
-      sampled = std::fmin(sampled, std::hypot(px - x1 - t * (x2 - x1), py - y1 - t * (y2 - y1)));
+    Arc a = Random_Arc(rnd, i);
+    double px = a.cx + rnd(-60, 60), py = a.cy + rnd(-60, 60), x2 = rnd(-50, 50), y2 = rnd(-50, 50);
+    double qx, qy, best = INFINITY;
+    Projection_Segment_Point(a.cx, a.cy, x2, y2, px, py, &qx, &qy);
+    double d = Distance_Segment_Point(a.cx, a.cy, x2, y2, px, py);
+    for (int j = 0; j <= 4000; ++j) {
+      double t = j / 4000.0;
+      best = std::fmin(best, std::hypot(px - a.cx - t * (x2 - a.cx), py - a.cy - t * (y2 - a.cy)));
     }
-    EXPECT_GE(sampled, d - 100 * kEps);
-    EXPECT_NEAR(Distance_Segment_Point(x1, y1, x2, y2, px, py), d, 100 * kEps);
-    EXPECT_NEAR(std::sqrt(SQDistance_Segment_Point(x1, y1, x2, y2, px, py)), d, 100 * kEps);
+    EXPECT_LT(Distance_Segment_Point(a.cx, a.cy, x2, y2, qx, qy), 1e-8);
+    EXPECT_NEAR(std::hypot(px - qx, py - qy), d, 1e-8);
+    EXPECT_NEAR(std::sqrt(SQDistance_Segment_Point(a.cx, a.cy, x2, y2, px, py)), d, 1e-8);
+    EXPECT_TRUE(best >= d - 1e-8 && best <= d + 0.03) << i;
+
+    Projection_Circle_Point(a.cx, a.cy, a.r, px, py, &qx, &qy);
+    EXPECT_NEAR(std::hypot(qx - a.cx, qy - a.cy), a.r, 1e-8);
+    EXPECT_DOUBLE_EQ(Distance_Circle_Point(a.cx, a.cy, a.r, px, py), std::hypot(px - qx, py - qy));
+    EXPECT_NEAR(SQDistance_Circle_Point(a.cx, a.cy, a.r, px, py),
+                std::pow(std::hypot(px - qx, py - qy), 2), 1e-8);
+
+    Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, px, py, &qx, &qy);
+    d = Distance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, px, py);
+    EXPECT_NEAR(std::hypot(qx - a.cx, qy - a.cy), a.r, 1e-8);
+    EXPECT_TRUE(a.holds(qx, qy, 1e-9)) << i;
+    EXPECT_NEAR(std::hypot(px - qx, py - qy), d, 1e-8);
+    EXPECT_DOUBLE_EQ(std::sqrt(SQDistance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, px, py)), d);
+    best = a.sampled_distance(px, py);  // samples lie r * 2pi / 4000 apart at most
+    EXPECT_TRUE(best >= d - 1e-8 && best <= d + a.r * 1e-3) << i;
   }
-  double qx, qy;
-  Projection_Segment_Point(0, 0, 2, 0, 5, 1, &qx, &qy);  // beyond B: B itself
-  EXPECT_EQ(qx, 2);
-  EXPECT_EQ(qy, 0);
-  EXPECT_EQ(Distance_Segment_Point(0, 0, 2, 0, 5, 4), 5);
 }
 
-// Foot of the perpendicular, mirror image and the crossing of two lines.
 TEST(Projection, LineFootMirrorAndCrossingLieOnTheirLines) {
   Rng rnd(2);
   for (int i = 0; i < 2000; ++i) {
-    double x1 = rnd(-100, 100), y1 = rnd(-100, 100), x2 = rnd(-100, 100), y2 = rnd(-100, 100);
-    double px = rnd(-100, 100), py = rnd(-100, 100), qx, qy, mx, my;
-    Projection_Line_Point(x1, y1, x2, y2, px, py, &qx, &qy);
-    EXPECT_LT(Distance_Line_Point(x1, y1, x2, y2, qx, qy), 1e3 * kEps);
-    EXPECT_NEAR(std::hypot(px - qx, py - qy), Distance_Line_Point(x1, y1, x2, y2, px, py),
-                1e3 * kEps);
-    Mirror_Point_Line(x1, y1, x2, y2, px, py, &mx, &my);
-    EXPECT_NEAR((px + mx) / 2, qx, 1e3 * kEps);
-    EXPECT_NEAR((py + my) / 2, qy, 1e3 * kEps);
-
-    double x3 = rnd(-100, 100), y3 = rnd(-100, 100), x4 = rnd(-100, 100), y4 = rnd(-100, 100);
-    double sin_angle = std::fabs(Vect_Mul(x2 - x1, y2 - y1, x4 - x3, y4 - y3)) /
-                       std::hypot(x2 - x1, y2 - y1) / std::hypot(x4 - x3, y4 - y3);
-    double cx, cy;
-    ASSERT_EQ(Cross_2Line(x1, y1, x2, y2, x3, y3, x4, y4, &cx, &cy), 1);
-    double tol = 1e2 * kEps * (1 + std::hypot(cx, cy)) / sin_angle;
-    EXPECT_LT(Distance_Line_Point(x1, y1, x2, y2, cx, cy), tol);
-    EXPECT_LT(Distance_Line_Point(x3, y3, x4, y4, cx, cy), tol);
+    double x[4], y[4], qx, qy, mx, my, cx, cy;
+    for (int k = 0; k < 4; ++k) x[k] = rnd(-100, 100), y[k] = rnd(-100, 100);
+    Projection_Line_Point(x[0], y[0], x[1], y[1], x[2], y[2], &qx, &qy);
+    Mirror_Point_Line(x[0], y[0], x[1], y[1], x[2], y[2], &mx, &my);
+    EXPECT_LT(Distance_Line_Point(x[0], y[0], x[1], y[1], qx, qy), 1e-6);
+    EXPECT_NEAR(std::hypot(x[2] - qx, y[2] - qy),
+                Distance_Line_Point(x[0], y[0], x[1], y[1], x[2], y[2]), 1e-6);
+    EXPECT_NEAR(std::hypot((x[2] + mx) / 2 - qx, (y[2] + my) / 2 - qy), 0, 1e-6);
+    ASSERT_EQ(Cross_2Line(x[0], y[0], x[1], y[1], x[2], y[2], x[3], y[3], &cx, &cy), 1);
+    double sin_angle = std::fabs(Vect_Mul(x[1] - x[0], y[1] - y[0], x[3] - x[2], y[3] - y[2])) /
+                       std::hypot(x[1] - x[0], y[1] - y[0]) / std::hypot(x[3] - x[2], y[3] - y[2]);
+    double tol = 1e-7 * (1 + std::hypot(cx, cy)) / sin_angle;
+    EXPECT_LT(Distance_Line_Point(x[0], y[0], x[1], y[1], cx, cy), tol);
+    EXPECT_LT(Distance_Line_Point(x[2], y[2], x[3], y[3], cx, cy), tol);
   }
   double x = 7, y = 7;
   EXPECT_EQ(Cross_2Line(0, 0, 1, 1, 0, 1, 2, 3, &x, &y), 0);  // parallel: outputs alone
   EXPECT_EQ(x, 7);
   EXPECT_EQ(Cross_2Line(-1, 0, 3, 0, 0, -2, 0, 5, &x, &y), 1);  // the axes
-  EXPECT_EQ(x, 0);
-  EXPECT_EQ(y, 0);
+  EXPECT_TRUE(x == 0 && y == 0);
+  Projection_Segment_Point(0, 0, 2, 0, 5, 1, &x, &y);  // beyond B: B itself
+  EXPECT_TRUE(x == 2 && y == 0);
 }
 
-// Circles and arcs (arcs through angle 0 and almost full turns included):
-// the projection lies on the object, no sampled point is nearer, and the
-// distances of both layers agree with it and with sampling.
-TEST(Projection, CircleAndArcProjectionIsTheNearestPoint) {
-  Rng rnd(3);
-  for (int i = 0; i < 2000; ++i) {
-    Arc a = Random_Arc(rnd, i);
-    double px = a.cx + rnd(-60, 60), py = a.cy + rnd(-60, 60), qx, qy;
-    Projection_Circle_Point(a.cx, a.cy, a.r, px, py, &qx, &qy);
-    EXPECT_NEAR(std::hypot(qx - a.cx, qy - a.cy), a.r, 100 * kEps);
-    double dc = Distance_Circle_Point(a.cx, a.cy, a.r, px, py);
-    EXPECT_DOUBLE_EQ(dc, std::hypot(px - qx, py - qy));
-    EXPECT_NEAR(std::sqrt(SQDistance_Circle_Point(a.cx, a.cy, a.r, px, py)), dc, 100 * kEps);
-
-    Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, px, py, &qx, &qy);
-    double d = Distance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, px, py);
-    EXPECT_NEAR(std::hypot(qx - a.cx, qy - a.cy), a.r, 100 * kEps);
-    EXPECT_TRUE(On_Arc(a, qx, qy, 1e-9)) << i;
-    EXPECT_NEAR(d, std::hypot(px - qx, py - qy), 100 * kEps);
-    // 4000 samples lie at most r * 2pi / 8000 apart along the arc.
-    double sampled = Sampled_Arc_Distance(a, px, py, 4000);
-    EXPECT_GE(sampled, d - 100 * kEps);
-    EXPECT_LE(sampled, d + a.r * 1e-3);
-  }
-}
-
+// The centre, the ends and points on the circle of an arc through angle 0,
+// and the gap of an arc short of a full turn.
 TEST(Projection, ArcSpecialPoints) {
-  // An arc through angle 0, from 300 to 60 degrees.
   Arc a{1, 2, 5, 5 * kPi / 3, kPi / 3};
   double qx, qy;
   Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.cx, a.cy, &qx, &qy);
-  EXPECT_EQ(qx, a.cx);  // the centre projects to itself, at distance r
-  EXPECT_EQ(qy, a.cy);
-  EXPECT_EQ(Distance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.cx, a.cy), a.r);
-  EXPECT_EQ(Distance_Circle_Point(a.cx, a.cy, a.r, a.cx, a.cy), a.r);
-  EXPECT_EQ(SQDistance_Circle_Point(a.cx, a.cy, a.r, a.cx, a.cy), a.r);  // r, not r^2
-  Projection_Circle_Point(a.cx, a.cy, a.r, a.cx, a.cy, &qx, &qy);
-  EXPECT_EQ(qx, a.cx);
-  // On the circle at angle 0, inside the arc: the point itself.
-  Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.cx + a.r, a.cy, &qx, &qy);
-  EXPECT_NEAR(qx, a.cx + a.r, 1e-12);
-  EXPECT_NEAR(qy, a.cy, 1e-12);
+  EXPECT_TRUE(qx == a.cx && qy == a.cy);
+  EXPECT_EQ(Distance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.cx, a.cy), 5);
+  EXPECT_EQ(Distance_Circle_Point(a.cx, a.cy, a.r, a.cx, a.cy), 5);
   Projection_Circle_Point(a.cx, a.cy, a.r, a.cx, a.cy - a.r, &qx, &qy);
   EXPECT_EQ(qy, a.cy - a.r);  // |P - C| == r exactly: P itself
-  // On the circle outside the arc, nearer the second end.
+  Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.cx + a.r, a.cy, &qx, &qy);
+  EXPECT_NEAR(std::hypot(qx - a.cx - a.r, qy - a.cy), 0, 1e-12);  // on the arc at angle 0
   Projection_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.x(2.0), a.y(2.0), &qx, &qy);
-  EXPECT_NEAR(qx, a.x(a.a2), 1e-12);
-  EXPECT_NEAR(qy, a.y(a.a2), 1e-12);
-  // At the end points; and in the gap of an arc short of a full turn.
-  for (double e : {a.a1, a.a2}) {
+  EXPECT_NEAR(std::hypot(qx - a.x(a.a2), qy - a.y(a.a2)), 0, 1e-12);  // off it: the nearer end
+  for (double e : {a.a1, a.a2})
     EXPECT_NEAR(Distance_Arc_Point(a.cx, a.cy, a.r, a.a1, a.a2, a.x(e), a.y(e)), 0, 1e-12);
-  }
   Arc full{0, 0, 1, 0.3, 0.3 + 2 * kPi - 1e-6};
   for (double gap : {3e-7, 7e-7}) {  // nearer the first end, then the second
-    double t = 0.3 - gap;
-    Projection_Arc_Point(0, 0, 1, full.a1, full.a2, full.x(t), full.y(t), &qx, &qy);
+    Projection_Arc_Point(0, 0, 1, full.a1, full.a2, full.x(0.3 - gap), full.y(0.3 - gap), &qx, &qy);
     double e = gap < 5e-7 ? full.a1 : full.a2;
-    EXPECT_NEAR(qx, full.x(e), 1e-15);
-    EXPECT_NEAR(qy, full.y(e), 1e-15);
+    EXPECT_NEAR(std::hypot(qx - full.x(e), qy - full.y(e)), 0, 1e-15);
   }
+}
+
+TEST(Projection, VectorLayerEdgeCases) {
+  EXPECT_TRUE(sign(0.0) == 1 && sign(-0.0) == 1 && sign(-1e-300) == -1);
+  EXPECT_EQ(Get_Fract_Pow(3.0) * 1000 + Get_Fract_Pow(0.5) * 100 + Get_Fract_Pow(0.25) * 10 +
+                Get_Fract_Pow(0.125),
+            122);
+  double px = 7, py = 7;
+  EXPECT_EQ(Perp_Vect(0, 0, &px, &py), 0);
+  EXPECT_TRUE(Perp_Vect(1, 0, &px, &py) == 1 && px == 0 && py == 1);
+  EXPECT_TRUE(Perp_Vect(0, 1, &px, &py) == 1 && px == -1 && py == 0);
+  EXPECT_TRUE(Perp_Vect(-3, -4, &px, &py) == 1 && std::hypot(px - 0.8, py + 0.6) < 1e-15);
+  Rotate2D(kPi / 2, 1, 0, &px, &py);  // turns clockwise
+  EXPECT_TRUE(std::fabs(px) < 1e-15 && py == -1);
+  EXPECT_EQ(SQDistance_Circle_Point(1, 1, 3, 1, 1), 3);  // r at the centre, not r^2
+  EXPECT_EQ(SQDistance_Arc_Point(1, 1, 3, 0, 1, 1, 1), 3);
 }
