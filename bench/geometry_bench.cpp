@@ -13,6 +13,7 @@ namespace {
 // and query points, all within 100 mm. Arcs through angle 0 are among them.
 struct Case {
   double x1, y1, x2, y2, cx, cy, r, a1, a2, px, py;
+  double ex1, ey1, ex2, ey2;  // the arc's end points
 };
 
 const std::vector<Case>& Cases() {
@@ -22,7 +23,12 @@ const std::vector<Case>& Cases() {
     std::vector<Case> v(1024);
     for (Case& c : v) {
       c = {u(gen), u(gen), u(gen), u(gen), u(gen) / 2, u(gen) / 2, std::fabs(u(gen)) / 2 + 1,
-           a(gen), a(gen), u(gen), u(gen)};
+           a(gen), a(gen), u(gen), u(gen), 0,          0,          0,
+           0};
+      c.ex1 = c.cx + c.r * std::cos(c.a1);
+      c.ey1 = c.cy + c.r * std::sin(c.a1);
+      c.ex2 = c.cx + c.r * std::cos(c.a2);
+      c.ey2 = c.cy + c.r * std::sin(c.a2);
     }
     return v;
   }();
@@ -128,10 +134,9 @@ BENCHMARK(BM_Cross_Horiz_Line_Circle);
 static void BM_Cross_Horiz_Line_Arc(benchmark::State& state) {
   Run(state, [](const Case& c) {
     double xa, ya, xb, yb;
-    double ex1 = c.cx + c.r * std::cos(c.a1), ey1 = c.cy + c.r * std::sin(c.a1);
-    double ex2 = c.cx + c.r * std::cos(c.a2), ey2 = c.cy + c.r * std::sin(c.a2);
-    benchmark::DoNotOptimize(Cross_Horiz_Line_Arc(c.cy + c.py * c.r / 100, ex1, ey1, ex2, ey2, c.cx,
-                                                  c.cy, c.r, c.a1, c.a2, &xa, &ya, &xb, &yb));
+    benchmark::DoNotOptimize(Cross_Horiz_Line_Arc(c.cy + c.py * c.r / 100, c.ex1, c.ey1, c.ex2,
+                                                  c.ey2, c.cx, c.cy, c.r, c.a1, c.a2, &xa, &ya, &xb,
+                                                  &yb));
   });
 }
 BENCHMARK(BM_Cross_Horiz_Line_Arc);

@@ -25,10 +25,11 @@ using Vec = std::vector<double>;
 // pivoting. The factors are kept so that several right-hand sides share them.
 class Tridiagonal {
  public:
-  // False on a zero pivot; the system cannot be solved then.
+  // False on a zero pivot; the system cannot be solved then. `a` must
+  // outlive the solves.
   bool Factor(const Vec& a, const Vec& b, const Vec& c) {
     size_t m = b.size();
-    a_ = a;
+    a_ = &a;
     pivot_.assign(m, 0.0);
     upper_.assign(m, 0.0);
     for (size_t k = 0; k < m; ++k) {
@@ -44,12 +45,13 @@ class Tridiagonal {
   void Solve(Vec& r) const {
     size_t m = pivot_.size();
     r[0] /= pivot_[0];
-    for (size_t k = 1; k < m; ++k) r[k] = (r[k] - a_[k] * r[k - 1]) / pivot_[k];
+    for (size_t k = 1; k < m; ++k) r[k] = (r[k] - (*a_)[k] * r[k - 1]) / pivot_[k];
     for (size_t k = m - 1; k-- > 0;) r[k] -= upper_[k] * r[k + 1];
   }
 
  private:
-  Vec a_, pivot_, upper_;
+  const Vec* a_ = nullptr;
+  Vec pivot_, upper_;
 };
 
 void Beep_Failure() {
