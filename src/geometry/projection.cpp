@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "geometry/angles.h"
+#include "geometry/arc_point.h"
 #include "tessaline/geometry/vector.h"
 
 void Projection_Line_Point(double x1, double y1, double x2, double y2, double px, double py,
@@ -88,45 +88,14 @@ void Projection_Arc_Point(double cx, double cy, double r, double a1, double a2, 
     *qy = cy;
     return;
   }
-  // The same choice as SQDistance_Arc_Point, with the point kept.
-  double x0, y0;
-  Circle_Point_Toward(cx, cy, r, px, py, &x0, &y0);
-  a1 = Normalize_Angle(a1);
-  a2 = Normalize_Angle(a2);
-  double ap = Normalize_Angle(std::atan2(py - cy, px - cx));
-  double e1x = cx + r * std::cos(a1);
-  double e1y = cy + r * std::sin(a1);
-  double e2x = cx + r * std::cos(a2);
-  double e2y = cy + r * std::sin(a2);
-  double d1 = SQDistance_2Points(px, py, e1x, e1y);
-  double d2 = SQDistance_2Points(px, py, e2x, e2y);
-  bool e2_nearer = d2 < d1;
-  if (!Direction_On_Arc(a1, a2, ap)) {
-    double ao = std::fmod(ap + kPi, 2 * kPi);
-    if (!Opposite_On_Arc(a1, a2, ao)) {
-      *qx = e2_nearer ? e2x : e1x;
-      *qy = e2_nearer ? e2y : e1y;
-      return;
-    }
-    x0 = 2 * cx - x0;  // the circle point opposite P's direction
-    y0 = 2 * cy - y0;
-  }
-  double dc = SQDistance_2Points(px, py, x0, y0);
-  if (dc < d1 && dc < d2) {
-    *qx = x0;
-    *qy = y0;
-  } else {
-    *qx = e2_nearer ? e2x : e1x;
-    *qy = e2_nearer ? e2y : e1y;
-  }
+  Nearest_Arc_Point(cx, cy, r, a1, a2, px, py, qx, qy);
 }
 
 double Distance_Arc_Point(double cx, double cy, double r, double a1, double a2, double px,
                           double py) {
-  // SQDistance_Arc_Point makes the same choice as Projection_Arc_Point and
-  // measures it the same way (r at the centre).
   if (px == cx && py == cy) return r;
-  return std::sqrt(SQDistance_Arc_Point(cx, cy, r, a1, a2, px, py));
+  double qx, qy;
+  return std::sqrt(Nearest_Arc_Point(cx, cy, r, a1, a2, px, py, &qx, &qy));
 }
 
 void Mirror_Point_Line(double x1, double y1, double x2, double y2, double px, double py, double* mx,

@@ -87,6 +87,29 @@ struct Spline_System {
   }
 };
 
+// The moment equations at nodes 1 .. m (row k for node k + 1), diagonal 2,
+// with the right-hand sides for x and for y.
+struct Band_Rows {
+  Vec a, b, c, rx, ry;
+
+  Band_Rows(const Spline_System& s, size_t m) : a(m), b(m, 2.0), c(m), rx(m), ry(m) {
+    for (size_t k = 0; k < m; ++k) {
+      a[k] = s.lambda[k + 1];
+      c[k] = s.mu[k + 1];
+      rx[k] = s.Rhs(s.x, k + 1);
+      ry[k] = s.Rhs(s.y, k + 1);
+    }
+  }
+
+  // The solutions into entries 1 .. m of the coefficient blocks.
+  void Store(double* mx, double* my) const {
+    for (size_t k = 0; k < rx.size(); ++k) {
+      mx[k + 1] = rx[k];
+      my[k + 1] = ry[k];
+    }
+  }
+};
+
 // Open chain: unknowns M[1] .. M[n-2]. The end moments are extrapolated
 // linearly from their two neighbours (the third derivative is continuous at
 // nodes 1 and n-2):
@@ -98,37 +121,27 @@ struct Spline_System {
 void Solve_Open(const Spline_System& s, double* mx, double* my) {
   size_t n = s.n;
   size_t m = n - 2;
-  Vec a(m), b(m, 2.0), c(m), rx(m), ry(m);
-  for (size_t k = 0; k < m; ++k) {
-    size_t i = k + 1;
-    a[k] = s.lambda[i];
-    c[k] = s.mu[i];
-    rx[k] = s.Rhs(s.x, i);
-    ry[k] = s.Rhs(s.y, i);
-  }
+  Band_Rows rows(s, m);
   double mu1 = s.mu[1];
-  b[0] = 1 + mu1;
-  c[0] = mu1 - s.lambda[1];
-  rx[0] *= mu1;
-  ry[0] *= mu1;
+  rows.b[0] = 1 + mu1;
+  rows.c[0] = mu1 - s.lambda[1];
+  rows.rx[0] *= mu1;
+  rows.ry[0] *= mu1;
   size_t j = n - 2;
   double lj = s.lambda[j];
-  a[m - 1] = lj - s.mu[j];
-  b[m - 1] = 1 + lj;
-  rx[m - 1] *= lj;
-  ry[m - 1] *= lj;
+  rows.a[m - 1] = lj - s.mu[j];
+  rows.b[m - 1] = 1 + lj;
+  rows.rx[m - 1] *= lj;
+  rows.ry[m - 1] *= lj;
 
   Tridiagonal t;
-  if (!t.Factor(a, b, c)) {
+  if (!t.Factor(rows.a, rows.b, rows.c)) {
     Beep_Failure();  // the blocks keep what they held
     return;
   }
-  t.Solve(rx);
-  t.Solve(ry);
-  for (size_t k = 0; k < m; ++k) {
-    mx[k + 1] = rx[k];
-    my[k + 1] = ry[k];
-  }
+  t.Solve(rows.rx);
+  t.Solve(rows.ry);
+  rows.Store(mx, my);
   for (double* mv : {mx, my}) {
     mv[0] = (mv[1] - s.lambda[1] * mv[2]) / mu1;
     mv[n - 1] = (mv[n - 2] - mv[n - 3] * s.mu[j]) / lj;
@@ -138,30 +151,23 @@ void Solve_Open(const Spline_System& s, double* mx, double* my) {
 // Closed chain (node n-1 is node 0): unknowns M[1] .. M[n-1] with M[0] =
 // M[n-1], diagonal 2 throughout, the wrapped chord joining the ends. The
 // cyclic system is split into a plain tridiagonal one and a rank-one
-// correction (Sherman-Morrison), so two plain eliminations solve it.
+// correction (Sherman-Morrison), so plain eliminations solve it.
 void Solve_Closed(const Spline_System& s, double* mx, double* my) {
   size_t n = s.n;
   size_t m = n - 1;
-  Vec a(m), b(m, 2.0), c(m), rx(m), ry(m);
-  for (size_t k = 0; k < m; ++k) {
-    size_t i = k + 1;
-    a[k] = s.lambda[i];
-    c[k] = s.mu[i];
-    rx[k] = s.Rhs(s.x, i);
-    ry[k] = s.Rhs(s.y, i);
-  }
+  Band_Rows rows(s, m);
   // Corners: row 0 reaches u[m-1] (M[0] = M[n-1]), row m-1 reaches u[0].
-  double beta = a[0];
-  double alpha = c[m - 1];
-  double gamma = -b[0];
-  b[0] -= gamma;
-  b[m - 1] -= alpha * beta / gamma;
+  double beta = rows.a[0];
+  double alpha = rows.c[m - 1];
+  double gamma = -rows.b[0];
+  rows.b[0] -= gamma;
+  rows.b[m - 1] -= alpha * beta / gamma;
 
   Tridiagonal t;
   Vec z(m, 0.0);
   z[0] = gamma;
   z[m - 1] = alpha;
-  bool ok = t.Factor(a, b, c);
+  bool ok = t.Factor(rows.a, rows.b, rows.c);
   double den = 0.0;
   if (ok) {
     t.Solve(z);
@@ -171,16 +177,13 @@ void Solve_Closed(const Spline_System& s, double* mx, double* my) {
     Beep_Failure();
     return;
   }
-  for (Vec* r : {&rx, &ry}) {
+  for (Vec* r : {&rows.rx, &rows.ry}) {
     Vec& v = *r;
     t.Solve(v);
     double f = (v[0] + beta / gamma * v[m - 1]) / den;
     for (size_t k = 0; k < m; ++k) v[k] -= f * z[k];
   }
-  for (size_t k = 0; k < m; ++k) {
-    mx[k + 1] = rx[k];
-    my[k + 1] = ry[k];
-  }
+  rows.Store(mx, my);
   mx[0] = mx[n - 1];
   my[0] = my[n - 1];
 }
