@@ -37,12 +37,11 @@ int Cross_Collinear(double x1, double y1, double x2, double y2, double x3, doubl
   return 0;
 }
 
-// Keeps the crossings (xs[i], ys[i]) whose direction from C lies on the arc,
-// or that are flagged as arc end points; writes the kept ones in order.
+// Keeps the crossings (xs[i], ys[i]) whose direction from C lies on the arc
+// (normalised angles a1, a2), or that are flagged as arc end points; writes
+// the kept ones in order.
 int Keep_On_Arc(int count, const double* xs, const double* ys, const bool* is_end, double cx,
                 double cy, double a1, double a2, double* xa, double* ya, double* xb, double* yb) {
-  a1 = Normalize_Angle(a1);
-  a2 = Normalize_Angle(a2);
   int kept = 0;
   for (int i = 0; i < count; ++i) {
     bool on = is_end[i] || Arc_Passes(a1, a2, Normalize_Angle(std::atan2(ys[i] - cy, xs[i] - cx)));
@@ -203,7 +202,8 @@ int Cross_Line_Arc(double x1, double y1, double x2, double y2, double cx, double
   double xs[2], ys[2];
   int n = Cross_Line_Circle(x1, y1, x2, y2, cx, cy, r, &xs[0], &ys[0], &xs[1], &ys[1]);
   const bool no_end[2] = {false, false};
-  int kept = Keep_On_Arc(n, xs, ys, no_end, cx, cy, a1, a2, xa, ya, xb, yb);
+  int kept = Keep_On_Arc(n, xs, ys, no_end, cx, cy, Normalize_Angle(a1), Normalize_Angle(a2), xa,
+                         ya, xb, yb);
   if (n == 1 && kept == 1) Put(xs[0], ys[0], xb, yb);  // a touching point fills both
   return kept;
 }
