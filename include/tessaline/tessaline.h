@@ -12,6 +12,9 @@
 #include "tessaline/model/parent.h"
 #include "tessaline/model/rect.h"
 
+#include "tessaline/geometry/intersect.h"
+#include "tessaline/geometry/projection.h"
+#include "tessaline/geometry/triangle.h"
 #include "tessaline/geometry/vector.h"
 
 #include "tessaline/display/colour.h"

@@ -35,3 +35,10 @@ inline void Circle_Point_Toward(double cx, double cy, double r, double px, doubl
   *qx = cx + r * dx / len;
   *qy = cy + r * dy / len;
 }
+
+// Whether the arc a1 -> a2 (normalised) passes the normalised angle `a`, ends
+// included: a1 <= a <= a2, or for an arc through angle 0, a >= a1 or a <= a2.
+inline bool Arc_Passes(double a1, double a2, double a) {
+  if (a1 <= a2) return a1 <= a && a <= a2;
+  return a >= a1 || a <= a2;
+}

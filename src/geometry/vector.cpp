@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "geometry/angles.h"
+#include "geometry/arc_point.h"
 
 double sign(double x) {
   return x < 0 ? -1.0 : 1.0;
@@ -171,21 +172,5 @@ double SQDistance_Arc_Point(double cx, double cy, double r, double a1, double a2
                             double py) {
   if (px == cx && py == cy) return r;
   double qx, qy;
-  Circle_Point_Toward(cx, cy, r, px, py, &qx, &qy);
-  double dc = SQDistance_2Points(px, py, qx, qy);
-  a1 = Normalize_Angle(a1);
-  a2 = Normalize_Angle(a2);
-  double ap = Normalize_Angle(std::atan2(py - cy, px - cx));
-  double d1 = SQDistance_2Points(px, py, cx + r * std::cos(a1), cy + r * std::sin(a1));
-  double d2 = SQDistance_2Points(px, py, cx + r * std::cos(a2), cy + r * std::sin(a2));
-  double candidate;
-  if (Direction_On_Arc(a1, a2, ap)) {
-    candidate = dc;
-  } else {
-    double ao = std::fmod(ap + kPi, 2 * kPi);
-    if (!Opposite_On_Arc(a1, a2, ao)) return d1 < d2 ? d1 : d2;
-    candidate = SQDistance_2Points(px, py, 2 * cx - qx, 2 * cy - qy);
-  }
-  if (candidate < d1 && candidate < d2) return candidate;
-  return d1 <= d2 ? d1 : d2;
+  return Nearest_Arc_Point(cx, cy, r, a1, a2, px, py, &qx, &qy);
 }
