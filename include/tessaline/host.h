@@ -19,3 +19,16 @@ using MessageBeepHandler = void (*)(UINT type);
 // Routes every MessageBeep to `h` and returns the previous handler. Null
 // restores the default, which does nothing.
 TESSALINE_API MessageBeepHandler SetMessageBeepHandler(MessageBeepHandler h);
+
+// The screen as the "DISPLAY" context reports it (GetDeviceCaps HORZSIZE,
+// VERTSIZE in millimetres, HORZRES, VERTRES in pixels). Defaults 508, 286,
+// 1920, 1080; a value <= 0 restores that default.
+TESSALINE_API void SetDisplayMetrics(int horzsize_mm, int vertsize_mm, int horzres_px,
+                                     int vertres_px);
+
+// Describes a host window for GetClientRect, ScreenToClient and
+// ClientToScreen: its client area is w x h pixels and its top-left corner
+// lies at (x, y) on the screen. A window described by only one of the two
+// has (0, 0) for the other. A null window is ignored.
+TESSALINE_API void SetWindowClientSize(HWND window, int w, int h);
+TESSALINE_API void SetWindowClientOrigin(HWND window, int x, int y);

@@ -2,6 +2,7 @@
 // system's code and its hosts use.
 #pragma once
 
+#include "tessaline/platform/gdi.h"
 #include "tessaline/platform/memory.h"
 #include "tessaline/platform/user.h"
 #include "tessaline/platform/win_types.h"
