@@ -102,26 +102,19 @@ BOOL Ellipse(HDC dc, int left, int top, int right, int bottom) {
       return TRUE;
     }
     const Ellipse_Shape e(x.l, x.t, x.r, x.b);
-    const int64_t y0 = std::max<int64_t>(x.t, t.box.top), y1 = std::min<int64_t>(x.b, t.box.bottom);
     std::vector<Row_Span> inside, outline;
-    for (int64_t y = y0; y < y1; ++y) {
-      int64_t parts[4];
-      const int n = e.outline(y, parts);
-      for (int k = 0; k < n; ++k) {
-        const int64_t a = std::max<int64_t>(parts[2 * k], t.box.left);
-        const int64_t z = std::min<int64_t>(parts[2 * k + 1] + 1, t.box.right);
-        if (a < z)
-          outline.push_back(
-              Row_Span{static_cast<int32_t>(y), static_cast<int32_t>(a), static_cast<int32_t>(z)});
+    auto push = [&](std::vector<Row_Span>& list, int64_t y, int64_t a, int64_t z) {
+      a = std::max<int64_t>(a, t.box.left);
+      z = std::min<int64_t>(z, t.box.right);
+      if (a < z) {
+        list.push_back(
+            Row_Span{static_cast<int32_t>(y), static_cast<int32_t>(a), static_cast<int32_t>(z)});
       }
-      if (n == 2 && !brush.hollow) {
-        const int64_t a = std::max<int64_t>(parts[1] + 1, t.box.left);
-        const int64_t z = std::min<int64_t>(parts[2], t.box.right);
-        if (a < z)
-          inside.push_back(
-              Row_Span{static_cast<int32_t>(y), static_cast<int32_t>(a), static_cast<int32_t>(z)});
-      }
-    }
+    };
+    e.for_outline_rows(t.box.top, t.box.bottom, [&](int64_t y, const int64_t* parts, int n) {
+      for (int k = 0; k < n; ++k) push(outline, y, parts[2 * k], parts[2 * k + 1] + 1);
+      if (n == 2 && !brush.hollow) push(inside, y, parts[1] + 1, parts[2]);
+    });
     if (s.width > 1) {
       std::vector<Row_Span> pen;
       Wide_Stroke(Ellipse_Path(e, 1, 0, 1, 0, true), true, s.width, t.box, pen);

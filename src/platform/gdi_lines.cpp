@@ -22,6 +22,35 @@ int64_t Steps(const POINT& a, const POINT& b) {
   return std::max(std::abs(int64_t{b.x} - a.x), std::abs(int64_t{b.y} - a.y));
 }
 
+// A solid line without a clipping region: the pixels Thin_Line gives lie in
+// the surface, so they are written directly, with the raster operation
+// chosen once per line.
+void Solid_Line(const Target& t, uint32_t color, const POINT& a, const POINT& b) {
+  uint32_t* const pixels = t.pixels;
+  const auto width = static_cast<size_t>(t.width);
+  auto at = [=](int64_t x, int64_t y) -> uint32_t& {
+    return pixels[static_cast<size_t>(y) * width + static_cast<size_t>(x)];
+  };
+  switch (t.rop) {
+    case R2_COPYPEN:
+      Thin_Line(a.x, a.y, b.x, b.y, t.box,
+                [&](int64_t x, int64_t y, int64_t) { at(x, y) = color; });
+      break;
+    case R2_XORPEN:
+      Thin_Line(a.x, a.y, b.x, b.y, t.box,
+                [&](int64_t x, int64_t y, int64_t) { at(x, y) ^= color; });
+      break;
+    default: {
+      const int rop = t.rop;
+      Thin_Line(a.x, a.y, b.x, b.y, t.box, [&](int64_t x, int64_t y, int64_t) {
+        uint32_t& d = at(x, y);
+        d = Apply_Rop(rop, d, color);
+      });
+      break;
+    }
+  }
+}
+
 }  // namespace
 
 long Stroke_Thin(const Target& t, const Stroke& s, const std::vector<POINT>& path, bool closed,
@@ -31,9 +60,13 @@ long Stroke_Thin(const Target& t, const Stroke& s, const std::vector<POINT>& pat
   for (size_t i = 0; i < segments; ++i) {
     const POINT& a = path[i];
     const POINT& b = path[(i + 1) % n];
-    Thin_Line(a.x, a.y, b.x, b.y, t.box, [&](int64_t x, int64_t y, int64_t k) {
-      s.step(t, x, y, phase + static_cast<long>(k));
-    });
+    if (s.dashed || t.clip) {
+      Thin_Line(a.x, a.y, b.x, b.y, t.box, [&](int64_t x, int64_t y, int64_t k) {
+        s.step(t, x, y, phase + static_cast<long>(k));
+      });
+    } else {
+      Solid_Line(t, s.color, a, b);
+    }
     phase = static_cast<long>((phase + Steps(a, b)) % s.period);
   }
   return phase;
@@ -83,7 +116,7 @@ void Paint_Path_Figure(const Target& t, const Stroke& s, const Brush_Color& brus
   if (!fill.empty()) {
     Pixel_List outline;
     Thin_Pixels(t.box, path, closed, outline);
-    t.spans(Subtract_Rows(fill, Rows_Of_Pixels(std::move(outline))), brush.pixel);
+    t.spans(Subtract_Rows(fill, Rows_Of_Pixels(outline, t.box)), brush.pixel);
   }
   Stroke_Thin(t, s, path, closed, 0);
 }
@@ -158,10 +191,7 @@ BOOL Arc(HDC dc, int left, int top, int right, int bottom, int x_start, int y_st
       return TRUE;
     }
     Pixel_List pixels;
-    const int64_t y0 = std::max<int64_t>(tp, t.box.top), y1 = std::min<int64_t>(b, t.box.bottom);
-    for (int64_t y = y0; y < y1; ++y) {
-      int64_t parts[4];
-      const int n = e.outline(y, parts);
+    e.for_outline_rows(t.box.top, t.box.bottom, [&](int64_t y, const int64_t* parts, int n) {
       for (int k = 0; k < n; ++k) {
         const int64_t x0 = std::max<int64_t>(parts[2 * k], t.box.left);
         const int64_t x1 = std::min<int64_t>(parts[2 * k + 1], t.box.right - 1);
@@ -169,7 +199,7 @@ BOOL Arc(HDC dc, int left, int top, int right, int bottom, int x_start, int y_st
           if (sector.contains(2 * x - e.cx2(), e.cy2() - 2 * y)) pixels.emplace_back(x, y);
         }
       }
-    }
+    });
     if (s.dashed) {
       // The pattern runs along the arc: order the pixels by direction from
       // the start, nearer ones first on a shared direction.

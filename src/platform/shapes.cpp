@@ -21,6 +21,20 @@ Ellipse_Shape::Ellipse_Shape(int64_t left, int64_t top, int64_t right, int64_t b
       cx2_(left + right - 1),
       cy2_(top + bottom - 1) {}
 
+namespace {
+
+// Moves the estimate d to the largest value with (d / p)^2 + (dy2 / q)^2 <= 1,
+// p = a2 + 1 and q = b2 + 1, in exact arithmetic of type T.
+template <class T>
+void Settle(int64_t& d, int64_t a2, int64_t b2, int64_t dy2) {
+  const T p = a2 + 1, q = b2 + 1;
+  const T rhs = p * p * (q * q - T{dy2} * dy2);
+  while (d < a2 && T{d + 1} * (d + 1) * q * q <= rhs) ++d;
+  while (d > 0 && T{d} * d * q * q > rhs) --d;
+}
+
+}  // namespace
+
 bool Ellipse_Shape::row(int64_t y, int64_t& x0, int64_t& x1) const {
   if (y < t_ || y >= b_) return false;
   const int64_t dy2 = std::abs(2 * y - cy2_);
@@ -29,42 +43,20 @@ bool Ellipse_Shape::row(int64_t y, int64_t& x0, int64_t& x1) const {
     // The largest d with (d / P)^2 + (dy2 / Q)^2 <= 1, P and Q the doubled
     // semi-axes grown by half a pixel each side: estimated in floating
     // point, settled exactly.
-    const Int128 p = a2_ + 1, q = b2_ + 1;
-    const Int128 rhs = p * p * (q * q - Int128{dy2} * dy2);
     const double f = static_cast<double>(dy2) / static_cast<double>(b2_ + 1);
     d = static_cast<int64_t>(static_cast<double>(a2_ + 1) * std::sqrt(std::max(0.0, 1 - f * f)));
     d = std::clamp<int64_t>(d, 0, a2_);
-    while (d < a2_ && Int128{d + 1} * (d + 1) * q * q <= rhs) ++d;
-    while (d > 0 && Int128{d} * d * q * q > rhs) --d;
+    if (a2_ < (1 << 14) && b2_ < (1 << 14)) {
+      Settle<int64_t>(d, a2_, b2_, dy2);  // every product fits in 64 bits
+    } else {
+      Settle<Int128>(d, a2_, b2_, dy2);
+    }
     if ((a2_ - d) % 2 != 0) --d;  // pixel centres lie at the parity of a2
     d = std::max(d, a2_ % 2);     // the middle column(s) reach every row
   }
   x0 = (cx2_ - d) / 2;
   x1 = (cx2_ + d) / 2;
   return true;
-}
-
-int Ellipse_Shape::outline(int64_t y, int64_t out[4]) const {
-  int64_t x0, x1;
-  if (!row(y, x0, x1)) return 0;
-  int64_t lo = x0 + 1, hi = x1 - 1;  // the interior: all four neighbours inside
-  int64_t u0, u1;
-  if (row(y - 1, u0, u1) && row(y + 1, out[0], out[1])) {
-    lo = std::max({lo, u0, out[0]});
-    hi = std::min({hi, u1, out[1]});
-  } else {
-    lo = hi + 1;
-  }
-  if (lo > hi) {
-    out[0] = x0;
-    out[1] = x1;
-    return 1;
-  }
-  out[0] = x0;
-  out[1] = lo - 1;
-  out[2] = hi + 1;
-  out[3] = x1;
-  return 2;
 }
 
 void Ellipse_Rows(const Ellipse_Shape& e, const RECT& box, std::vector<Row_Span>& out) {
@@ -322,17 +314,28 @@ bool Sector::contains(int64_t vx, int64_t vy) const {
 // ---------------------------------------------------------------------------
 // Row sets.
 
-std::vector<Row_Span> Rows_Of_Pixels(std::vector<std::pair<int64_t, int64_t>> xy) {
-  std::sort(xy.begin(), xy.end(), [](const auto& p, const auto& q) {
-    return p.second != q.second ? p.second < q.second : p.first < q.first;
-  });
+std::vector<Row_Span> Rows_Of_Pixels(const std::vector<std::pair<int64_t, int64_t>>& xy,
+                                     const RECT& box) {
+  // A counting sort by row, then a small sort within each row.
+  const auto rows = static_cast<size_t>(std::max<int64_t>(0, int64_t{box.bottom} - box.top));
+  std::vector<uint32_t> start(rows + 1, 0);
+  for (const auto& p : xy) ++start[static_cast<size_t>(p.second - box.top) + 1];
+  for (size_t r = 0; r < rows; ++r) start[r + 1] += start[r];
+  std::vector<int32_t> xs(xy.size());
+  std::vector<uint32_t> fill(start.begin(), start.end() - 1);
+  for (const auto& p : xy)
+    xs[fill[static_cast<size_t>(p.second - box.top)]++] = static_cast<int32_t>(p.first);
   std::vector<Row_Span> out;
-  for (const auto& [x, y] : xy) {
-    if (!out.empty() && out.back().y == y && out.back().x1 >= x) {
-      out.back().x1 = std::max<int32_t>(out.back().x1, static_cast<int32_t>(x + 1));
-    } else {
-      out.push_back(
-          Row_Span{static_cast<int32_t>(y), static_cast<int32_t>(x), static_cast<int32_t>(x + 1)});
+  for (size_t r = 0; r < rows; ++r) {
+    const auto first = xs.begin() + start[r], last = xs.begin() + start[r + 1];
+    std::sort(first, last);
+    const auto y = static_cast<int32_t>(box.top + static_cast<int64_t>(r));
+    for (auto it = first; it != last; ++it) {
+      if (!out.empty() && out.back().y == y && out.back().x1 >= *it) {
+        out.back().x1 = std::max(out.back().x1, *it + 1);
+      } else {
+        out.push_back(Row_Span{y, *it, *it + 1});
+      }
     }
   }
   return out;

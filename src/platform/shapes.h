@@ -3,6 +3,7 @@
 // paints; the drawing calls and the region constructors share these sets.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -72,9 +73,39 @@ class Ellipse_Shape {
   int64_t bottom() const { return b_; }
   // The span [x0, x1] (inclusive) of row y; false outside the box.
   bool row(int64_t y, int64_t& x0, int64_t& x1) const;
-  // The outline pixels of row y (those with a 4-neighbour outside the set):
-  // up to two inclusive ranges in out[0..1], out[2..3]; returns how many.
-  int outline(int64_t y, int64_t out[4]) const;
+  // Calls f(y, parts, n) for rows y0..y1-1 of the box with the outline
+  // pixels of the row (those with a 4-neighbour outside the set): n (1 or
+  // 2) inclusive ranges in parts[0..1], parts[2..3].
+  template <class F>
+  void for_outline_rows(int64_t y0, int64_t y1, F&& f) const {
+    y0 = y0 < t_ ? t_ : y0;
+    y1 = y1 > b_ ? b_ : y1;
+    if (y0 >= y1) return;
+    int64_t prev[2], cur[2], next[2];
+    bool has_prev = row(y0 - 1, prev[0], prev[1]);
+    row(y0, cur[0], cur[1]);
+    for (int64_t y = y0; y < y1; ++y) {
+      const bool has_next = row(y + 1, next[0], next[1]);
+      // The interior: pixels whose four neighbours are all in the set.
+      int64_t lo = cur[0] + 1, hi = cur[1] - 1;
+      if (has_prev && has_next) {
+        lo = std::max({lo, prev[0], next[0]});
+        hi = std::min({hi, prev[1], next[1]});
+      } else {
+        lo = hi + 1;
+      }
+      int64_t parts[4] = {cur[0], cur[1], 0, 0};
+      if (lo <= hi) {
+        parts[1] = lo - 1;
+        parts[2] = hi + 1;
+        parts[3] = cur[1];
+      }
+      f(y, parts, lo <= hi ? 2 : 1);
+      has_prev = true;
+      prev[0] = cur[0], prev[1] = cur[1];
+      cur[0] = next[0], cur[1] = next[1];
+    }
+  }
   // Doubled centre: the centre is (cx2 / 2, cy2 / 2).
   int64_t cx2() const { return cx2_; }
   int64_t cy2() const { return cy2_; }
@@ -125,9 +156,10 @@ class Sector {
   bool full_;
 };
 
-// Sorted, merged rows of a set of pixels given in any order (duplicates
-// allowed).
-std::vector<Row_Span> Rows_Of_Pixels(std::vector<std::pair<int64_t, int64_t>> xy);
+// Sorted, merged rows of a set of pixels of `box` given in any order
+// (duplicates allowed).
+std::vector<Row_Span> Rows_Of_Pixels(const std::vector<std::pair<int64_t, int64_t>>& xy,
+                                     const RECT& box);
 // a minus b; both sorted by row and column, spans disjoint within a row.
 std::vector<Row_Span> Subtract_Rows(const std::vector<Row_Span>& a, const std::vector<Row_Span>& b);
 // A region from rows given in row order.
