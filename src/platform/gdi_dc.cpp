@@ -240,19 +240,28 @@ Region To_Device(const Region& r, const Mapping& m) {
     if (!out.offset(m.vox - m.wox, m.voy - m.woy)) return Region();
     return out;
   }
-  std::vector<RECT> rects;
-  for (const Region::Band& b : r.bands()) {
+  // The mapping keeps order on each axis (or reverses it, for a negative
+  // extent), so bands map to disjoint device bands and spans to sorted
+  // spans; rows or columns that collapse to nothing drop out.
+  const auto& bands = r.bands();
+  const bool flip_y = (m.vey < 0) != (m.wey < 0), flip_x = (m.vex < 0) != (m.wex < 0);
+  Region_Builder builder;
+  std::vector<Span> spans;
+  for (size_t i = 0; i < bands.size(); ++i) {
+    const Region::Band& b = bands[flip_y ? bands.size() - 1 - i : i];
     int64_t y0 = m.y(b.y0), y1 = m.y(b.y1);
-    if (y0 > y1) std::swap(y0, y1);
+    if (flip_y) std::swap(y0, y1);
+    spans.clear();
     const Span* s = r.spans(b);
     for (uint32_t k = 0; k < b.count; ++k) {
-      int64_t x0 = m.x(s[k].x0), x1 = m.x(s[k].x1);
-      if (x0 > x1) std::swap(x0, x1);
-      RECT d{Clamp32(x0), Clamp32(y0), Clamp32(x1), Clamp32(y1)};
-      if (d.left < d.right && d.top < d.bottom) rects.push_back(d);
+      const Span& sp = s[flip_x ? b.count - 1 - k : k];
+      int64_t x0 = m.x(sp.x0), x1 = m.x(sp.x1);
+      if (flip_x) std::swap(x0, x1);
+      spans.push_back(Span{Clamp32(x0), Clamp32(x1)});
     }
+    builder.add(Clamp32(y0), Clamp32(y1), spans.data(), spans.size());
   }
-  return Union_Of_Rects(std::move(rects));
+  return builder.finish();
 }
 
 }  // namespace gdi

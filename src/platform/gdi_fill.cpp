@@ -132,14 +132,7 @@ BOOL Ellipse(HDC dc, int left, int top, int right, int bottom) {
     for (const Row_Span& r : outline) {
       for (int32_t px = r.x0; px < r.x1; ++px) pixels.emplace_back(px, r.y);
     }
-    const Sector turn(1, 0, 1, 0);
-    std::sort(pixels.begin(), pixels.end(), [&](const auto& p, const auto& q) {
-      const int64_t px = 2 * p.first - e.cx2(), py = e.cy2() - 2 * p.second;
-      const int64_t qx = 2 * q.first - e.cx2(), qy = e.cy2() - 2 * q.second;
-      if (turn.before(px, py, qx, qy)) return true;
-      if (turn.before(qx, qy, px, py)) return false;
-      return px * px + py * py < qx * qx + qy * qy;
-    });
+    Order_Along(pixels, e, Sector(1, 0, 1, 0));
     Stroke_Pixels(t, s, pixels);
   } catch (const std::bad_alloc&) {
     return FALSE;

@@ -91,6 +91,16 @@ void Stroke_Pixels(const Target& t, const Stroke& s, const Pixel_List& pixels) {
   }
 }
 
+void Order_Along(Pixel_List& pixels, const Ellipse_Shape& e, const Sector& sector) {
+  std::sort(pixels.begin(), pixels.end(), [&](const auto& p, const auto& q) {
+    const int64_t px = 2 * p.first - e.cx2(), py = e.cy2() - 2 * p.second;
+    const int64_t qx = 2 * q.first - e.cx2(), qy = e.cy2() - 2 * q.second;
+    if (sector.before(px, py, qx, qy)) return true;
+    if (sector.before(qx, qy, px, py)) return false;
+    return px * px + py * py < qx * qx + qy * qy;
+  });
+}
+
 std::vector<DPoint> To_DPoints(const std::vector<POINT>& path) {
   std::vector<DPoint> out;
   out.reserve(path.size());
@@ -200,17 +210,7 @@ BOOL Arc(HDC dc, int left, int top, int right, int bottom, int x_start, int y_st
         }
       }
     });
-    if (s.dashed) {
-      // The pattern runs along the arc: order the pixels by direction from
-      // the start, nearer ones first on a shared direction.
-      std::sort(pixels.begin(), pixels.end(), [&](const auto& p, const auto& q) {
-        const int64_t px = 2 * p.first - e.cx2(), py = e.cy2() - 2 * p.second;
-        const int64_t qx = 2 * q.first - e.cx2(), qy = e.cy2() - 2 * q.second;
-        if (sector.before(px, py, qx, qy)) return true;
-        if (sector.before(qx, qy, px, py)) return false;
-        return px * px + py * py < qx * qx + qy * qy;
-      });
-    }
+    if (s.dashed) Order_Along(pixels, e, sector);
     Stroke_Pixels(t, s, pixels);
   } catch (const std::bad_alloc&) {
     return FALSE;

@@ -27,6 +27,12 @@ void Thin_Pixels(const RECT& box, const std::vector<POINT>& path, bool closed, P
 // Paints pixels in the given order, step i of the pattern at pixel i.
 void Stroke_Pixels(const Target& t, const Stroke& s, const Pixel_List& pixels);
 
+// Orders outline pixels of an ellipse along it: by direction from the
+// centre, turning counter-clockwise from the sector's start, nearer pixels
+// first on a shared direction. Dashed arcs and ellipses run their pattern
+// in this order.
+void Order_Along(Pixel_List& pixels, const Ellipse_Shape& e, const Sector& sector);
+
 std::vector<DPoint> To_DPoints(const std::vector<POINT>& path);
 
 // Paints a figure: the brush's rows except the pen's pixels, then the pen

@@ -216,27 +216,4 @@ Region Combine(const Region& a, const Region& b, int mode) {
   return builder.finish();
 }
 
-Region Union_Of_Rects(std::vector<RECT> rects) {
-  std::vector<int32_t> ys;
-  ys.reserve(rects.size() * 2);
-  for (const RECT& r : rects) {
-    ys.push_back(r.top);
-    ys.push_back(r.bottom);
-  }
-  std::sort(ys.begin(), ys.end());
-  ys.erase(std::unique(ys.begin(), ys.end()), ys.end());
-  std::sort(rects.begin(), rects.end(),
-            [](const RECT& p, const RECT& q) { return p.left < q.left; });
-  Region_Builder builder;
-  std::vector<Span> row;
-  for (size_t k = 0; k + 1 < ys.size(); ++k) {
-    row.clear();
-    for (const RECT& r : rects) {
-      if (r.top <= ys[k] && r.bottom >= ys[k + 1]) row.push_back(Span{r.left, r.right});
-    }
-    builder.add(ys[k], ys[k + 1], row.data(), row.size());
-  }
-  return builder.finish();
-}
-
 }  // namespace gdi

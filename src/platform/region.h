@@ -73,8 +73,4 @@ class Region_Builder {
 // RGN_COPY gives a). Bad modes give an empty region.
 Region Combine(const Region& a, const Region& b, int mode);
 
-// A region from rectangles that may overlap, each [l, r) x [t, b) with
-// l < r and t < b.
-Region Union_Of_Rects(std::vector<RECT> rects);
-
 }  // namespace gdi

@@ -98,6 +98,21 @@ TEST(GdiMapping, FiguresAreDrawnAtTheirMappedPlace) {
     LineTo(direct.dc(), 36, 15);
   }
   EXPECT_EQ(mapped.Bits(), direct.Bits());
+
+  // A region in logical units: each logical pixel becomes 3 x 3 device
+  // pixels, rows turned upside down.
+  mapped.Clear(RGB(255, 255, 255));
+  HRGN e = CreateEllipticRgn(2, 3, 11, 19);
+  FillRgn(mapped.dc(), e, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
+  SetMapMode(mapped.dc(), MM_TEXT);
+  SetViewportOrgEx(mapped.dc(), 0, 0, nullptr);
+  for (int y = 0; y < 60; ++y) {
+    for (int x = 0; x < 40; ++x) {
+      const bool in = PtInRegion(e, x / 3, (59 - y) / 3);
+      EXPECT_EQ(GetPixel(mapped.dc(), x, y) == RGB(0, 0, 0), in) << x << "," << y;
+    }
+  }
+  DeleteObject(e);
 }
 
 TEST(GdiMapping, MulDivRoundsHalfAwayFromZero) {

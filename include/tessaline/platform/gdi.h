@@ -65,7 +65,7 @@
 // objects.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 #include "tessaline/export.h"
 #include "tessaline/platform/win_types.h"
