@@ -95,8 +95,8 @@ void BM_Polygon_Fill(benchmark::State& state) {
   std::vector<POINT> pts(static_cast<size_t>(n));
   for (int i = 0; i < n; ++i) {
     const double a = 2 * std::numbers::pi * i / n, r = radius(rng);
-    pts[static_cast<size_t>(i)] = POINT{960 + static_cast<LONG>(r * std::cos(a)),
-                                        540 + static_cast<LONG>(r * std::sin(a))};
+    pts[static_cast<size_t>(i)] =
+        POINT{960 + static_cast<LONG>(r * std::cos(a)), 540 + static_cast<LONG>(r * std::sin(a))};
   }
   HBRUSH brush = CreateSolidBrush(RGB(0, 120, 60));
   HGDIOBJ old = SelectObject(s.dc(), brush);
