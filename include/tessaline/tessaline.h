@@ -19,5 +19,7 @@
 
 #include "tessaline/display/colour.h"
 #include "tessaline/display/coord.h"
+#include "tessaline/display/coord_device.h"
+#include "tessaline/display/raster.h"
 
 #include "tessaline/contour/contour.h"
