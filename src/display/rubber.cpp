@@ -11,9 +11,10 @@
 
 namespace {
 
-// Whether the record exists and holds points first .. last.
-bool Holds(const Curs_Pos_Type* c, int first, int last) {
-  return c && first >= 0 && last <= 7 && first <= last;
+// Whether the record exists and holds the points i .. i + more (checked
+// before i + more is formed, so no index can overflow).
+bool Holds(const Curs_Pos_Type* c, int i, int more) {
+  return c && i >= 0 && i <= 7 - more;
 }
 
 HGDIOBJ Hollow() {
@@ -42,7 +43,7 @@ int Draw_Rubber_Point(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, COLO
 
 int Draw_Rubber_Point_by_Index(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, int i,
                                COLORREF colour) {
-  return Rubber(dc, cs, Holds(c, i, i), colour, true,
+  return Rubber(dc, cs, Holds(c, i, 0), colour, true,
                 [&](auto, auto) { Draw_Point_Marker(dc, cs, c->x[i], c->y[i]); });
 }
 
@@ -52,7 +53,7 @@ int Draw_Rubber_Line(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, COLOR
 
 int Draw_Rubber_Line_by_Index(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, int i,
                               COLORREF colour) {
-  return Rubber(dc, cs, Holds(c, i, i + 1), colour, false, [&](auto w, auto l) {
+  return Rubber(dc, cs, Holds(c, i, 1), colour, false, [&](auto w, auto l) {
     rLine_2p(dc, w, l, c->x[i], c->y[i], c->x[i + 1], c->y[i + 1]);
   });
 }
@@ -106,8 +107,8 @@ int Draw_Rubber_Arc2PC(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, COL
 int Draw_Rubber_Arc_CenBegEnd_by_Index(HDC dc, const Coord_Syst* cs, const Curs_Pos_Type* c, int i,
                                        COLORREF colour) {
   double r = 0, a1 = 0, a2 = 0;
-  bool ok = Holds(c, i, i + 2) && Arc_Centre_Start_End(c->x[i], c->y[i], c->x[i + 1], c->y[i + 1],
-                                                       c->x[i + 2], c->y[i + 2], &r, &a1, &a2);
+  bool ok = Holds(c, i, 2) && Arc_Centre_Start_End(c->x[i], c->y[i], c->x[i + 1], c->y[i + 1],
+                                                   c->x[i + 2], c->y[i + 2], &r, &a1, &a2);
   return Rubber(dc, cs, ok, colour, false,
                 [&](auto w, auto l) { rArc(dc, w, l, c->x[i], c->y[i], r, a1, a2); });
 }

@@ -283,6 +283,10 @@ TEST(Draw, RubberBandsRefuseBadIndexesRecordsAndPens) {
   // Refused by the three-point test: (0, 0), (1, 1), (2, 0).
   Curs_Pos_Type odd{{0, 1, 2}, {0, 1, 0}, 3};
   EXPECT_EQ(Draw_Rubber_Circle_3Points_with_Pen(s.dc(), &cs, &odd, 99, black), 0.0);
+  // A deleted context: every band fails quietly and frees what it made.
+  HDC gone = CreateCompatibleDC(nullptr);
+  DeleteDC(gone);
+  for (auto& [name, band] : Bands(&c, black)) band(gone, &cs);
   // A construction line through two points that map to one pixel.
   Curs_Pos_Type near{{50, 50.1}, {40, 40.1}, 2};
   Draw_Rubber_Auxil_Line(s.dc(), &cs, &near, 0);
