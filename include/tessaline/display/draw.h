@@ -43,8 +43,8 @@ TESSALINE_API COLORREF* Set_Object_Colors(unsigned scheme, COLORREF* table);
 // 0x01 is clear are handed to the auxiliary drawing (Draw_Auxil_Element).
 // Polylines and splines are drawn piece by piece, each piece by its own word;
 // a selected piece is painted in its pen and then exclusive-or'ed once more
-// with a pen of entry 3 (both strokes are kept on purpose: the host's
-// highlighting relies on the mixed colour). Spline pieces are sampled at
+// with a pen of entry 3 (both strokes are kept on purpose, although a piece
+// selected but not active ends up black). Spline pieces are sampled at
 // whole steps of the accumulated chord length, one step being the world
 // length of 2 logical units (at most 4096 strokes a piece). Nothing for a
 // null or unlockable handle, an unknown type, or a null context record or
