@@ -19,5 +19,11 @@
 
 #include "tessaline/display/colour.h"
 #include "tessaline/display/coord.h"
+#include "tessaline/display/coord_device.h"
+#include "tessaline/display/draw.h"
+#include "tessaline/display/raster.h"
+
+#include "tessaline/construct/aux_draw.h"
+#include "tessaline/construct/tangent.h"
 
 #include "tessaline/contour/contour.h"

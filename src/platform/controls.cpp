@@ -1,4 +1,4 @@
-// The controls library's unit table.
+// The controls library's unit table and line stroke.
 #include "platform/controls.h"
 
 #include <map>
@@ -27,4 +27,9 @@ double Get_Unit_Factor(int32_t code) {
 void SetUnitFactor(int code, double factor) {
   std::lock_guard<std::mutex> lock(table_mutex);
   Unit_Table()[code] = factor;
+}
+
+BOOL Stroke_Line(HDC dc, int x1, int y1, int x2, int y2) {
+  if (!MoveToEx(dc, x1, y1, nullptr)) return FALSE;
+  return LineTo(dc, x2, y2);
 }
