@@ -21,3 +21,5 @@
 #include "tessaline/display/coord.h"
 
 #include "tessaline/contour/contour.h"
+#include "tessaline/contour/segments.h"
+#include "tessaline/contour/surface.h"
