@@ -224,12 +224,13 @@ int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface) 
   for (Found& f : found) {
     int depth = 0;
     for (Found& other : found) depth += &other != &f && Inside(other, f) ? 1 : 0;
-    HGLOBAL block = GlobalAlloc(GHND, sizeof(Contour_Type));
+    // An island in a hole would count as in the hole: it is left out.
+    HGLOBAL block = depth <= 1 ? GlobalAlloc(GHND, sizeof(Contour_Type)) : 0;
     {
       Locked<Contour_Type> c(block);
       if (c) *c = f.contour;
     }
-    if (block && Add_Surface_Contour(surface, block, depth % 2) >= 0) {
+    if (block && Add_Surface_Contour(surface, block, depth) >= 0) {
       ++filed;
       continue;
     }

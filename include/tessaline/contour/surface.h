@@ -106,10 +106,13 @@ TESSALINE_API int Add_Surface_Contour(Surface_Type* surface, HGLOBAL contour_blo
 // in a contour, so every element lies in at most one contour and a circle
 // is a contour by itself. Elements that close no chain are left out. A
 // contour is filed by its depth: the number of other contours that contain
-// it (tested at the middle of its first element). Even depth (a section's
-// outline, or an island drawn inside a hole) makes an outer contour; odd
-// depth (a hole, or a hole in an island) makes a hole. Within each list
-// contours keep the order in which they were found.
+// it (tested at the middle of its first element). Depth 0 (a section's
+// outline) makes an outer contour, depth 1 a hole. A contour at depth 2 or
+// more (an island drawn inside a hole, and anything inside that) is left
+// out: a surface is its outer contours minus its holes, so every point of
+// the island would test as in the hole. Make a surface of its own from the
+// island's elements. Within each list contours keep the order in which
+// they were found.
 //
 // Returns the number of contours filed, or -1 for a null array or surface.
 // When memory runs out the contours filed so far stay and the count says so.
