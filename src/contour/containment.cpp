@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "contour/lists.h"
+#include "geometry/angles.h"
 #include "model/box.h"
 #include "tessaline/contour/surface.h"
-#include "geometry/angles.h"
 #include "tessaline/geometry/intersect.h"
 #include "tessaline/geometry/vector.h"
 

@@ -11,7 +11,9 @@ namespace {
 
 constexpr double kStart_Tolerance = 1e-6;
 
-double Distance(double x1, double y1, double x2, double y2) { return std::hypot(x1 - x2, y1 - y2); }
+double Distance(double x1, double y1, double x2, double y2) {
+  return std::hypot(x1 - x2, y1 - y2);
+}
 
 // Pieces for an arc of `sweep` radians and radius r: enough for both bounds
 // of the division, at least `least`, at most its max_pieces. A value that is
@@ -20,7 +22,7 @@ int Piece_Count(double r, double sweep, const Arc_Division& d, int least) {
   double n = sweep / d.max_angle;
   r = std::fabs(r);
   if (d.chord > 0 && r > d.chord) n = std::max(n, sweep / (2 * std::acos(1 - d.chord / r)));
-  n = std::ceil(n);
+  n = std::ceil(n - 1e-9);  // a sweep that is a whole number of steps but for rounding
   if (!(n >= least)) return least;
   return n < d.max_pieces ? static_cast<int>(n) : std::max(least, d.max_pieces);
 }

@@ -278,10 +278,9 @@ void Contour_Search::Exclude_Dead_Ends() {
     for (int k = 0; k < 2; ++k) {  // both ends' candidates: all of them are rechecked below
       size_t begin = cands_.size();
       Query(r.e[2 * k], r.e[2 * k + 1], id);
-      dead |= std::none_of(cands_.begin() + static_cast<ptrdiff_t>(begin), cands_.end(),
-                           [this](const Candidate& c) {
-                             return used_[static_cast<size_t>(c.id)] != kExcluded;
-                           });
+      dead |= std::none_of(
+          cands_.begin() + static_cast<ptrdiff_t>(begin), cands_.end(),
+          [this](const Candidate& c) { return used_[static_cast<size_t>(c.id)] != kExcluded; });
     }
     if (!dead) continue;
     used_[static_cast<size_t>(id)] = kExcluded;

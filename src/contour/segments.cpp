@@ -17,7 +17,9 @@ constexpr double kProbe_Distance = 1e-5;
 constexpr int kMax_Arc_Pieces = 4096;
 // Material on the left: outer contours with their interior on the left,
 // holes with theirs on the right.
-int Sense_Of(int kind) { return kind == kOuters ? 0 : 1; }
+int Sense_Of(int kind) {
+  return kind == kOuters ? 0 : 1;
+}
 
 // The middle of the first element, the direction of travel there in stored
 // order and the unit normal whose side is probed (left of a segment,
@@ -43,8 +45,8 @@ int Direction(Contour_Type* contour, const Element_Record& first, int sense, dou
               double* inward_y) {
   double mx, my, dx, dy, nx, ny;
   if (!First_Element_Frame(first, &mx, &my, &dx, &dy, &nx, &ny)) return 0;
-  bool inside = Is_Point_In_Contour(contour, mx + kProbe_Distance * nx,
-                                    my + kProbe_Distance * ny) != 0;
+  bool inside =
+      Is_Point_In_Contour(contour, mx + kProbe_Distance * nx, my + kProbe_Distance * ny) != 0;
   double ix = inside ? nx : -nx, iy = inside ? ny : -ny;  // into the interior
   if (inward_x) *inward_x = ix;
   if (inward_y) *inward_y = iy;
@@ -63,8 +65,8 @@ int Contour_Segments(Contour_Type* contour, int sense, double x0, double y0, dou
   std::vector<Outline_Piece> pieces;
   Outline_Pieces(elements, sense_of_travel > 0, {kSegment_Arc_Step, 0, kMax_Arc_Pieces}, &pieces);
   for (const Outline_Piece& p : pieces) {
-    SEGMENT_2D s{(p.x1 - x0) * scale, (p.y1 - y0) * scale, (p.x2 - x0) * scale,
-                 (p.y2 - y0) * scale, 1, 1};
+    SEGMENT_2D s{
+        (p.x1 - x0) * scale, (p.y1 - y0) * scale, (p.x2 - x0) * scale, (p.y2 - y0) * scale, 1, 1};
     list->Add(s);
   }
   return static_cast<int>(pieces.size());
@@ -106,7 +108,9 @@ int Hole_Owner(Surface_Type* surface, Contour_Type* hole, const CSurface_Segment
 
 // ---- CSurface_Segments -------------------------------------------------------
 
-CSurface_Segments::~CSurface_Segments() { RemoveAll(); }
+CSurface_Segments::~CSurface_Segments() {
+  RemoveAll();
+}
 
 void CSurface_Segments::RemoveAll() {
   for (auto* lists : {&m_External, &m_Internal}) {
@@ -116,8 +120,12 @@ void CSurface_Segments::RemoveAll() {
   m_IntInExt.RemoveAll();
 }
 
-int CSurface_Segments::GetExternalNum() const { return m_External.GetSize(); }
-int CSurface_Segments::GetInternalNum() const { return m_Internal.GetSize(); }
+int CSurface_Segments::GetExternalNum() const {
+  return m_External.GetSize();
+}
+int CSurface_Segments::GetInternalNum() const {
+  return m_Internal.GetSize();
+}
 
 int CSurface_Segments::Adopt(List_Array& to, Segment_List* list) {
   if (!list) return -1;
@@ -133,8 +141,12 @@ int CSurface_Segments::Adopt(List_Array& to, Segment_List* list) {
   }
 }
 
-int CSurface_Segments::AddExternal(Segment_List* list) { return Adopt(m_External, list); }
-int CSurface_Segments::AddInternal(Segment_List* list) { return Adopt(m_Internal, list); }
+int CSurface_Segments::AddExternal(Segment_List* list) {
+  return Adopt(m_External, list);
+}
+int CSurface_Segments::AddInternal(Segment_List* list) {
+  return Adopt(m_Internal, list);
+}
 
 Segment_List* CSurface_Segments::GetExternalAt(int i) const {
   return i >= 0 && i < m_External.GetSize() ? m_External[i] : nullptr;

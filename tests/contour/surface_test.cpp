@@ -153,7 +153,8 @@ TEST(Containment, RandomStarsAgreeWithWindingNumber) {
       if (On_Outline(edges, px, py)) continue;  // on a horizontal edge: no truth to compare
       bool inside = std::fabs(Winding(edges, px, py)) > 0.5;
       if (c.In(px, py) != (inside ? 1 : 0)) {
-        for (int i = 0; i < n; ++i) printf("%d %.17g %.17g %.17g %d\n", i, x[i], y[i], rad[i], (int)arc_after[i]);
+        for (int i = 0; i < n; ++i)
+          printf("%d %.17g %.17g %.17g %d\n", i, x[i], y[i], rad[i], (int)arc_after[i]);
         printf("w %.17g\n", Winding(edges, px, py));
       }
       ASSERT_EQ(c.In(px, py), inside ? 1 : 0) << "star " << star << " point " << px << ", " << py;
@@ -253,12 +254,12 @@ TEST(Surface, FromObjectsFilesOutersAndHoles) {
   Box_Capture boxes;
   Drawing d;
   auto outer = d.Square(0, 0, 10);
-  d.Seg(10, 10, 12, 12);                  // a dead end off a corner
-  d.Polygon({{2, 2}, {8, 2}, {8, 8}});    // hole: triangle
-  auto island = d.Square(20, 0, 4);        // a second outer contour
-  HGLOBAL ring = d.Circle(22, 2, 1);       // its circular hole
-  d.Square(21.5, 1.5, 1);                  // an island in that hole: left out
-  d.Seg(-5, -5, -4, -4);                  // an open chain
+  d.Seg(10, 10, 12, 12);                // a dead end off a corner
+  d.Polygon({{2, 2}, {8, 2}, {8, 8}});  // hole: triangle
+  auto island = d.Square(20, 0, 4);     // a second outer contour
+  HGLOBAL ring = d.Circle(22, 2, 1);    // its circular hole
+  d.Square(21.5, 1.5, 1);               // an island in that hole: left out
+  d.Seg(-5, -5, -4, -4);                // an open chain
   d.Seg(-4, -4, -3, -5);
   double px[] = {1, 1, 3}, py[] = {1, 3, 1};
   d.Add(Create_Polyline(3, px, py));  // a polyline beside the chain
