@@ -68,7 +68,7 @@ TEST(Intersect, LineWithCircle) {
 TEST(Intersect, LineWithArc) {
   Rng rnd(6);
   for (int i = 0; i < 3000; ++i) {
-    Arc a = Random_Arc(rnd, i);
+    Test_Arc a = Random_Arc(rnd, i);
     double ex[2] = {a.x(a.a1), a.x(a.a2)}, ey[2] = {a.y(a.a1), a.y(a.a2)}, xs[2], ys[2];
     double y = i % 3 == 0 ? ey[i % 2] : a.cy + rnd(-1.1, 1.1) * a.r;
     int n = Cross_Horiz_Line_Arc(y, ex[0], ey[0], ex[1], ey[1], a.cx, a.cy, a.r, a.a1, a.a2, &xs[0],

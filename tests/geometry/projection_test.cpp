@@ -12,7 +12,7 @@
 TEST(Projection, ProjectionIsTheNearestPointAndDistancesAgree) {
   Rng rnd(1);
   for (int i = 0; i < 2000; ++i) {
-    Arc a = Random_Arc(rnd, i);
+    Test_Arc a = Random_Arc(rnd, i);
     double px = a.cx + rnd(-60, 60), py = a.cy + rnd(-60, 60), x2 = rnd(-50, 50), y2 = rnd(-50, 50);
     double qx, qy;
     Projection_Segment_Point(a.cx, a.cy, x2, y2, px, py, &qx, &qy);
@@ -69,7 +69,7 @@ TEST(Projection, LineFootMirrorAndCrossingLieOnTheirLines) {
 // The centre, the ends and points on the circle of an arc through angle 0,
 // and the gap of an arc short of a full turn.
 TEST(Projection, ArcSpecialPoints) {
-  Arc a{1, 2, 5, 5 * kPi / 3, kPi / 3};
+  Test_Arc a{1, 2, 5, 5 * kPi / 3, kPi / 3};
   double qx, qy;
   auto off = [&](double x, double y) { return std::hypot(qx - x, qy - y); };
   Projection_Arc_Point(1, 2, 5, a.a1, a.a2, 1, 2, &qx, &qy);
@@ -84,7 +84,7 @@ TEST(Projection, ArcSpecialPoints) {
   EXPECT_LT(off(a.x(a.a2), a.y(a.a2)), 1e-12);  // off the arc: the nearer end
   for (double e : {a.a1, a.a2})
     EXPECT_LT(Distance_Arc_Point(1, 2, 5, a.a1, a.a2, a.x(e), a.y(e)), 1e-12);
-  Arc full{0, 0, 1, 0.3, 0.3 + 2 * kPi - 1e-6};
+  Test_Arc full{0, 0, 1, 0.3, 0.3 + 2 * kPi - 1e-6};
   for (double gap : {3e-7, 7e-7}) {  // nearer the first end, then the second
     Projection_Arc_Point(0, 0, 1, full.a1, full.a2, full.x(0.3 - gap), full.y(0.3 - gap), &qx, &qy);
     double e = gap < 5e-7 ? full.a1 : full.a2;

@@ -12,7 +12,7 @@ struct Rng {
   double operator()(double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(gen); }
 };
 
-struct Arc {
+struct Test_Arc {
   double cx, cy, r, a1, a2;
   double span() const { return Normalize_Angle(a2 - a1); }  // counter-clockwise sweep
   double x(double a) const { return cx + r * std::cos(a); }
@@ -26,8 +26,8 @@ struct Arc {
 
 // Arcs through angle 0 or not, angles outside [0, 2*pi), and every eighth
 // one short of a full turn by 1e-6.
-inline Arc Random_Arc(Rng& rnd, int i) {
-  Arc a{rnd(-50, 50), rnd(-50, 50), rnd(0.5, 40), rnd(-7, 13), 0};
+inline Test_Arc Random_Arc(Rng& rnd, int i) {
+  Test_Arc a{rnd(-50, 50), rnd(-50, 50), rnd(0.5, 40), rnd(-7, 13), 0};
   a.a2 = a.a1 + (i % 8 == 0 ? 2 * kPi - 1e-6 : rnd(0.05, 2 * kPi - 0.05));
   return a;
 }
