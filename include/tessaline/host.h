@@ -24,3 +24,16 @@ TESSALINE_API MessageBeepHandler SetMessageBeepHandler(MessageBeepHandler h);
 // unit) for a unit code. The built-in table: 1 mm 1, 2 cm 10, 3 dm 100,
 // 4 m 1000, 5 inch 25.4, 6 foot 304.8; other codes 1.0.
 TESSALINE_API void SetUnitFactor(int code, double factor);
+
+// The screen as the "DISPLAY" context reports it (GetDeviceCaps HORZSIZE,
+// VERTSIZE in millimetres, HORZRES, VERTRES in pixels). Defaults 508, 286,
+// 1920, 1080; a value <= 0 restores that default.
+TESSALINE_API void SetDisplayMetrics(int horzsize_mm, int vertsize_mm, int horzres_px,
+                                     int vertres_px);
+
+// Describes a host window for GetClientRect, ScreenToClient and
+// ClientToScreen: its client area is w x h pixels and its top-left corner
+// lies at (x, y) on the screen. A window described by only one of the two
+// has (0, 0) for the other. A null window is ignored.
+TESSALINE_API void SetWindowClientSize(HWND window, int w, int h);
+TESSALINE_API void SetWindowClientOrigin(HWND window, int x, int y);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tessaline/platform/framework.h"
+#include "tessaline/platform/gdi.h"
 #include "tessaline/platform/memory.h"
 #include "tessaline/platform/user.h"
 #include "tessaline/platform/win_types.h"

@@ -1,0 +1,189 @@
+// Regions against brute-force pixel sets, and clipping of drawing to them.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <random>
+
+#include "surface.h"
+
+namespace {
+
+constexpr int kGrid = 40;
+
+// Region membership over the grid and a margin around it.
+Pixel_Set Members(HRGN r) {
+  Pixel_Set s;
+  for (int y = -3; y < kGrid + 3; ++y) {
+    for (int x = -3; x < kGrid + 3; ++x) {
+      if (PtInRegion(r, x, y)) s.insert({x, y});
+    }
+  }
+  return s;
+}
+
+HRGN Random_Rects(std::mt19937& rng, Pixel_Set& pixels) {
+  std::uniform_int_distribution<int> c(0, kGrid), n(0, 4);
+  HRGN r = CreateRectRgn(0, 0, 0, 0);
+  for (int k = n(rng); k > 0; --k) {
+    const int l = c(rng), t = c(rng), rr = c(rng), b = c(rng);
+    HRGN one = CreateRectRgn(l, t, rr, b);
+    CombineRgn(r, r, one, RGN_OR);
+    DeleteObject(one);
+    for (int y = std::min(t, b); y < std::max(t, b); ++y) {
+      for (int x = std::min(l, rr); x < std::max(l, rr); ++x) pixels.insert({x, y});
+    }
+  }
+  return r;
+}
+
+TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
+  std::mt19937 rng(2024);
+  for (int trial = 0; trial < 60; ++trial) {
+    Pixel_Set pa, pb;
+    HRGN a = Random_Rects(rng, pa), b = Random_Rects(rng, pb);
+    ASSERT_EQ(Members(a), pa);
+    for (int mode : {RGN_AND, RGN_OR, RGN_XOR, RGN_DIFF, RGN_COPY}) {
+      Pixel_Set want;
+      for (int y = -3; y < kGrid + 3; ++y) {
+        for (int x = -3; x < kGrid + 3; ++x) {
+          const bool ia = pa.count({x, y}), ib = pb.count({x, y});
+          const bool in = mode == RGN_AND    ? ia && ib
+                          : mode == RGN_OR   ? ia || ib
+                          : mode == RGN_XOR  ? ia != ib
+                          : mode == RGN_DIFF ? ia && !ib
+                                             : ia;
+          if (in) want.insert({x, y});
+        }
+      }
+      HRGN out = CreateRectRgn(0, 0, 0, 0);
+      const int type = CombineRgn(out, a, b, mode);
+      EXPECT_EQ(Members(out), want) << "mode " << mode;
+      // The type and box follow from the set.
+      RECT box;
+      EXPECT_EQ(GetRgnBox(out, &box), type);
+      if (want.empty()) {
+        EXPECT_EQ(type, NULLREGION);
+        EXPECT_TRUE(box.left == 0 && box.top == 0 && box.right == 0 && box.bottom == 0);
+      } else {
+        int l = INT_MAX, t = INT_MAX, r = INT_MIN, btm = INT_MIN;
+        for (auto [x, y] : want) {
+          l = std::min(l, x), t = std::min(t, y), r = std::max(r, x + 1),
+          btm = std::max(btm, y + 1);
+        }
+        EXPECT_EQ(box.left, l);
+        EXPECT_EQ(box.top, t);
+        EXPECT_EQ(box.right, r);
+        EXPECT_EQ(box.bottom, btm);
+        const bool rect = want.size() == static_cast<size_t>(r - l) * (btm - t);
+        EXPECT_EQ(type, rect ? SIMPLEREGION : COMPLEXREGION);
+      }
+      // Equal sets have equal regions however they were built.
+      HRGN again = CreateRectRgn(0, 0, 0, 0);
+      CombineRgn(again, b, a, mode);
+      if (mode != RGN_DIFF && mode != RGN_COPY) {
+        EXPECT_TRUE(EqualRgn(out, again));
+      }
+      DeleteObject(again);
+      DeleteObject(out);
+    }
+    // The destination may be a source.
+    Pixel_Set both = pa;
+    both.insert(pb.begin(), pb.end());
+    CombineRgn(a, a, b, RGN_OR);
+    EXPECT_EQ(Members(a), both);
+    DeleteObject(a);
+    DeleteObject(b);
+  }
+}
+
+TEST(GdiRegion, ShapesMatchTheFiguresTheyStandFor) {
+  // An elliptic region is the pixels of Ellipse with a pen; a polygon region
+  // the fill of Polygon with a null pen.
+  Surface s(40, 30);
+  Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
+  Ellipse(s.dc(), 3, 2, 36, 27);
+  HRGN e = CreateEllipticRgn(3, 2, 36, 27);
+  EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
+  s.Clear(RGB(255, 255, 255));
+  const POINT tri[] = {{2, 3}, {37, 12}, {9, 28}};
+  {
+    Selected pen(s.dc(), Stock(NULL_PEN), false);
+    Polygon(s.dc(), tri, 3);
+  }
+  HRGN p = CreatePolygonRgn(tri, 3, ALTERNATE);
+  EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
+  EXPECT_EQ(CreatePolygonRgn(tri, 3, 7), nullptr);
+  EXPECT_EQ(CreatePolygonRgn(nullptr, 3, ALTERNATE), nullptr);
+  // Too many rows of varying shape is refused rather than allocated.
+  EXPECT_EQ(CreateEllipticRgn(0, -100000000, 10, 100000000), nullptr);
+  DeleteObject(e);
+  DeleteObject(p);
+}
+
+TEST(GdiRegion, OffsetFillAndFrame) {
+  HRGN r = CreateRectRgn(2, 2, 10, 8);
+  EXPECT_EQ(OffsetRgn(r, 1, -1), SIMPLEREGION);
+  EXPECT_TRUE(PtInRegion(r, 3, 1) && PtInRegion(r, 10, 6) && !PtInRegion(r, 11, 6));
+  EXPECT_EQ(OffsetRgn(r, INT_MAX, 0), ERROR);  // would leave 32 bits: unchanged
+  EXPECT_TRUE(PtInRegion(r, 3, 1));
+  OffsetRgn(r, -1, 1);
+
+  Surface s(14, 12);
+  FillRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
+  EXPECT_EQ(s.Where(RGB(0, 0, 0)), Members(r));
+  s.Clear(RGB(255, 255, 255));
+  // A frame two columns and one row thick: 8 x 6 minus its 4 x 4 inside.
+  ASSERT_TRUE(FrameRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)), 2, 1));
+  const Pixel_Set frame = s.Where(RGB(0, 0, 0));
+  EXPECT_EQ(frame.size(), 48u - 16u);
+  EXPECT_TRUE(frame.count({3, 5}) && !frame.count({4, 5}) && frame.count({5, 2}));
+  DeleteObject(r);
+}
+
+TEST(GdiRegion, ClippingDrawsExactlyTheInRegionPart) {
+  HRGN clip = CreateEllipticRgn(5, 4, 45, 34);
+  HRGN bar = CreateRectRgn(0, 14, 50, 20);
+  CombineRgn(clip, clip, bar, RGN_XOR);
+  auto draw = [](HDC dc) {
+    Selected pen(dc, CreatePen(PS_SOLID, 3, RGB(0, 0, 200)));
+    Selected brush(dc, CreateSolidBrush(RGB(0, 150, 0)));
+    MoveToEx(dc, 0, 0, nullptr);
+    LineTo(dc, 49, 37);
+    Rectangle(dc, 10, 2, 30, 30);
+    const POINT tri[] = {{20, 5}, {48, 36}, {2, 30}};
+    Polygon(dc, tri, 3);
+    Arc(dc, 1, 1, 48, 36, 0, 0, 0, 36);
+    RECT r{30, 0, 40, 38};
+    FillRect(dc, &r, static_cast<HBRUSH>(Stock(GRAY_BRUSH)));
+    HRGN e = CreateEllipticRgn(35, 20, 50, 38);
+    FillRgn(dc, e, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
+    DeleteObject(e);
+  };
+  Surface plain(50, 38), clipped(50, 38);
+  plain.Noise(3);
+  clipped.Noise(3);
+  const std::vector<uint32_t> original = clipped.Bits();
+  EXPECT_EQ(SelectObject(clipped.dc(), clip), reinterpret_cast<HGDIOBJ>(COMPLEXREGION));
+  draw(plain.dc());
+  draw(clipped.dc());
+  const std::vector<uint32_t> all = plain.Bits(), got = clipped.Bits();
+  for (int y = 0; y < 38; ++y) {
+    for (int x = 0; x < 50; ++x) {
+      const size_t i = static_cast<size_t>(y) * 50 + x;
+      EXPECT_EQ(got[i], PtInRegion(clip, x, y) ? all[i] : original[i]) << x << "," << y;
+    }
+  }
+  // Outside the clipping region pixels read and write as off the surface.
+  EXPECT_EQ(GetPixel(clipped.dc(), 0, 0), CLR_INVALID);
+  EXPECT_EQ(SetPixel(clipped.dc(), 0, 0, 0), CLR_INVALID);
+  RECT box;
+  EXPECT_EQ(GetClipBox(clipped.dc(), &box), COMPLEXREGION);
+  EXPECT_EQ(box.left, 0);
+  EXPECT_EQ(box.right, 50);
+  EXPECT_EQ(SelectClipRgn(clipped.dc(), nullptr), SIMPLEREGION);
+  EXPECT_NE(GetPixel(clipped.dc(), 0, 0), CLR_INVALID);
+  DeleteObject(clip);
+  DeleteObject(bar);
+}
+
+}  // namespace
