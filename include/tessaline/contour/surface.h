@@ -10,7 +10,9 @@
 #include <cstdint>
 
 #include "tessaline/contour/contour.h"
+#include "tessaline/display/coord.h"
 #include "tessaline/export.h"
+#include "tessaline/platform/gdi.h"
 #include "tessaline/platform/win_types.h"
 
 // A surface record, owned by the caller; all zero is a valid empty surface.
@@ -87,6 +89,44 @@ TESSALINE_API int Get_Surface_Extern_Rect(Surface_Type* surface, double* left, d
 // exactly; any other element by its turned plain rectangle.
 TESSALINE_API int Get_Surface_Extern_Angled_Rect(Surface_Type* surface, double angle, double* left,
                                                  double* top, double* right, double* bottom);
+
+// ---- Regions and drawing ---------------------------------------------------
+
+// The surface as a graphics region in the logical coordinates of `cs` (its
+// world window mapped onto its logical window by WPtoLP): the union of the
+// outer contours' regions minus the holes' regions. Each contour's region is
+// the polygon of its outline (WINDING fill), arcs and circles divided so
+// that no chord strays more than half a pixel of `dc` from the curve (the
+// context's window and viewport extents give a pixel's logical size; a
+// null context counts one logical unit as a pixel), at most 4096 pieces an
+// arc. A contour whose element does not lock adds nothing (after the
+// "Messsage" / "pElem==NULL" box); a surface without outer contours gives
+// an empty region. The caller deletes the region. NULL for a null surface
+// or record, a world or logical window of no size, or when a region cannot
+// be made.
+TESSALINE_API HRGN Create_Surface_Rgn(Surface_Type* surface, HDC dc, const Coord_Syst* cs);
+
+// The same region from a world window and a logical window given directly
+// (a preview's mapping that has no Coord_Syst), one logical unit counted as
+// a pixel.
+TESSALINE_API HRGN Create_Surface_Rgn1(Surface_Type* surface, const World_Window* world,
+                                       const Logical_Window* window);
+
+// Fills the region with `fill`, then frames it one pixel wide with `frame`,
+// on the context switched for the call to MM_TEXT with both origins at 0,
+// so the region's coordinates are device pixels; the context's mapping is
+// restored after. Colours go through the context's raster operation;
+// CLR_INVALID leaves out the fill or the frame. 1 done, 0 for a context or
+// region that is not valid.
+TESSALINE_API int Draw_Cont_Rgn_MM_TEXT(HDC dc, HRGN rgn, COLORREF fill, COLORREF frame);
+
+// Draws the surface on the context in the logical coordinates of `cs`
+// (the context's own mapping applies): its region (Create_Surface_Rgn)
+// filled with `fill` and framed about one pixel wide with `frame`, which
+// outlines the holes too. CLR_INVALID leaves out the fill or the frame. 1 done, 0 as
+// Create_Surface_Rgn fails or the context cannot draw.
+TESSALINE_API int Draw_Surface(Surface_Type* surface, HDC dc, const Coord_Syst* cs, COLORREF fill,
+                               COLORREF frame);
 
 // ---- Building and freeing ---------------------------------------------------
 
