@@ -10,6 +10,7 @@
 #include "contour/lists.h"
 #include "contour/outline.h"
 #include "contour/search.h"
+#include "contour/shape.h"
 #include "model/box.h"
 #include "tessaline/geometry/vector.h"
 
@@ -100,21 +101,13 @@ void Free_Contour_Block(HGLOBAL block) {
   GlobalFree(block);
 }
 
-// A found contour with what filing it needs: a point on it and its box.
+// A found contour and, for filing it, a point on it and its elements
+// indexed for containment tests.
 struct Found {
   Contour_Type contour;
   double px, py;
-  Box box;
+  Contour_Shape shape;
 };
-
-// Whether contour `inner` lies inside contour `outer`, judged at the point on it.
-bool Inside(Found& outer, const Found& inner) {
-  const Box& b = outer.box;
-  if (inner.px < b.left || inner.px > b.right || inner.py < b.bottom || inner.py > b.top) {
-    return false;
-  }
-  return Is_Point_In_Contour(&outer.contour, inner.px, inner.py) != 0;
-}
 
 // Finds the drawing's contours, each element in one at most.
 void Find_Contours(Objects_Array_Type* array, std::vector<Found>* found) {
@@ -125,7 +118,7 @@ void Find_Contours(Objects_Array_Type* array, std::vector<Found>* found) {
   }
   Contour_Search search(array);
   search.Exclude_Dead_Ends();
-  std::unordered_set<HGLOBAL> filed;
+  std::unordered_set<HGLOBAL> circles;
   for (HGLOBAL h : handles) {
     int32_t type;
     {
@@ -133,27 +126,46 @@ void Find_Contours(Objects_Array_Type* array, std::vector<Found>* found) {
       if (!e) continue;  // a stale handle takes no part, as in the search
       type = e->type;
     }
-    if (filed.count(h) || (type != EL_CIRCLE && (type != EL_SEGMENT && type != EL_ARC))) continue;
-    if (type != EL_CIRCLE && search.Is_Excluded(h)) continue;
+    if (type == EL_CIRCLE ? !circles.insert(h).second
+                          : (type != EL_SEGMENT && type != EL_ARC) || search.Is_Excluded(h)) {
+      continue;
+    }
     Found f{};
     if (!search.Find(h, &f.contour)) continue;
     try {
-      std::vector<Element_Record> elements;
-      Read_Contour(&f.contour, &elements);
-      Contour_Probe_Point(elements[0], &f.px, &f.py);
-      Handle_Slots parts = Contour_Parts(&f.contour);
-      for (size_t j = 0; j < parts.size(); ++j) {
-        HGLOBAL element = Part_Element(parts[j]);
-        filed.insert(element);
-        f.box.Add(Element_Box(element));
-        search.Exclude(element);
+      if (!f.shape.Read(&f.contour) || f.shape.elements().empty()) {
+        Delete_El_Contour(&f.contour);
+        continue;
       }
-      found->push_back(f);
+      f.shape.Index();
+      Contour_Probe_Point(f.shape.elements()[0], &f.px, &f.py);
+      Handle_Slots parts = Contour_Parts(&f.contour);
+      for (size_t j = 0; j < parts.size(); ++j) search.Exclude(Part_Element(parts[j]));
+      found->push_back(std::move(f));
     } catch (const std::bad_alloc&) {
       Delete_El_Contour(&f.contour);
       throw;
     }
   }
+}
+
+// For each found contour, how many of the others contain it (judged at its
+// point). Only contours whose boxes reach the point's height are tested.
+std::vector<int> Depths(const std::vector<Found>& found) {
+  std::vector<std::pair<double, double>> spans;
+  for (const Found& f : found) spans.push_back({f.shape.box().bottom, f.shape.box().top});
+  Y_Bands bands;
+  bands.Build(spans);
+  std::vector<int> depth(found.size(), 0);
+  for (size_t i = 0; i < found.size(); ++i) {
+    const Found& f = found[i];
+    for (uint32_t j : bands.At(f.py)) {
+      const Box& b = found[j].shape.box();
+      if (j == i || f.px < b.left || f.px > b.right || f.py < b.bottom || f.py > b.top) continue;
+      depth[i] += found[j].shape.Contains(f.px, f.py);
+    }
+  }
+  return depth;
 }
 
 }  // namespace
@@ -215,27 +227,28 @@ int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface) 
   if (!array || !surface) return -1;
   Delete_Surface(surface);
   std::vector<Found> found;
+  std::vector<int> depth;
   try {
     Find_Contours(array, &found);
+    depth = Depths(found);
   } catch (const std::bad_alloc&) {
-    // What was found before memory ran out is still filed.
+    for (Found& f : found) Delete_El_Contour(&f.contour);
+    return -1;
   }
   int filed = 0;
-  for (Found& f : found) {
-    int depth = 0;
-    for (Found& other : found) depth += &other != &f && Inside(other, f) ? 1 : 0;
+  for (size_t i = 0; i < found.size(); ++i) {
     // An island in a hole would count as in the hole: it is left out.
-    HGLOBAL block = depth <= 1 ? GlobalAlloc(GHND, sizeof(Contour_Type)) : 0;
+    HGLOBAL block = depth[i] <= 1 ? GlobalAlloc(GHND, sizeof(Contour_Type)) : 0;
     {
       Locked<Contour_Type> c(block);
-      if (c) *c = f.contour;
+      if (c) *c = found[i].contour;
     }
-    if (block && Add_Surface_Contour(surface, block, depth) >= 0) {
+    if (block && Add_Surface_Contour(surface, block, depth[i]) >= 0) {
       ++filed;
       continue;
     }
     if (block) GlobalFree(block);
-    Delete_El_Contour(&f.contour);
+    Delete_El_Contour(&found[i].contour);
   }
   return filed;
 }

@@ -35,3 +35,6 @@ void Add_Arc(Box& box, const Element_Record::Arc_Data& arc);
 
 // The box of Get_Element_Rect; empty for a handle that is not an element.
 Box Element_Box(HGLOBAL h);
+// The same for a record already read (a polyline's or spline's node blocks
+// are locked through their handles).
+Box Record_Box(const Element_Record& e);

@@ -58,11 +58,14 @@ void Add_Arc(Box& box, const Element_Record::Arc_Data& arc) {
 }
 
 Box Element_Box(HGLOBAL h) {
-  Box box;
   Locked_Element e(h);
-  if (!e) return box;
-  const auto& u = e->u;
-  switch (e->type) {
+  return e ? Record_Box(*e) : Box{};
+}
+
+Box Record_Box(const Element_Record& e) {
+  Box box;
+  const auto& u = e.u;
+  switch (e.type) {
     case EL_POINT:
       box.Add(u.point.x, u.point.y);
       break;

@@ -154,8 +154,8 @@ TESSALINE_API int Add_Surface_Contour(Surface_Type* surface, HGLOBAL contour_blo
 // island's elements. Within each list contours keep the order in which
 // they were found.
 //
-// Returns the number of contours filed, or -1 for a null array or surface.
-// When memory runs out the contours filed so far stay and the count says so.
+// Returns the number of contours filed; -1 for a null array or surface, or
+// when memory runs out (the surface is then left empty).
 TESSALINE_API int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface);
 
 // Frees every contour of both lists (contour elements, handle blocks and the
