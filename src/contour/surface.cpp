@@ -236,9 +236,10 @@ int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface) 
     return -1;
   }
   int filed = 0;
+  bool failed = false;
   for (size_t i = 0; i < found.size(); ++i) {
     // An island in a hole would count as in the hole: it is left out.
-    HGLOBAL block = depth[i] <= 1 ? GlobalAlloc(GHND, sizeof(Contour_Type)) : 0;
+    HGLOBAL block = !failed && depth[i] <= 1 ? GlobalAlloc(GHND, sizeof(Contour_Type)) : 0;
     {
       Locked<Contour_Type> c(block);
       if (c) *c = found[i].contour;
@@ -247,8 +248,13 @@ int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface) 
       ++filed;
       continue;
     }
-    if (block) GlobalFree(block);
+    failed |= depth[i] <= 1;
+    GlobalFree(block);
     Delete_El_Contour(&found[i].contour);
+  }
+  if (failed) {  // a surface without one of its contours would be wrong
+    Delete_Surface(surface);
+    return -1;
   }
   return filed;
 }

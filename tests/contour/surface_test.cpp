@@ -283,6 +283,25 @@ TEST(Surface, FromObjectsFilesOutersAndHoles) {
   EXPECT_TRUE(boxes.shown().empty());
 }
 
+// A failed allocation anywhere while filing: no block lost, and never holes
+// filed without the contour around them.
+TEST(Surface, FromObjectsUnderFailingAllocation) {
+  Leak_Check leaks;
+  Drawing d;
+  d.Square(0, 0, 10);
+  d.Square(2, 2, 2);
+  d.Circle(6, 6, 1);
+  for (long n = 1; n < 60; ++n) {
+    Surface s;
+    SetGlobalAllocFailure(n);
+    int filed = Make_Surface_From_Objects(&d.a, &s.s);
+    SetGlobalAllocFailure(0);
+    EXPECT_EQ(filed, filed < 0 ? -1 : s.s.outer_count + s.s.hole_count) << n;
+    // Never holes without the outline around them.
+    EXPECT_EQ(s.s.outer_count, filed > 0 ? 1 : 0) << n;
+  }
+}
+
 // Two squares side by side, drawn as a rectangle and the bar between them:
 // once one contour has taken the bar, the other square cannot close.
 TEST(Surface, FromObjectsUsesEachElementOnce) {

@@ -155,7 +155,9 @@ TESSALINE_API int Add_Surface_Contour(Surface_Type* surface, HGLOBAL contour_blo
 // they were found.
 //
 // Returns the number of contours filed; -1 for a null array or surface, or
-// when memory runs out (the surface is then left empty).
+// when memory runs out while filing (the surface is then left empty). A
+// search that runs out of memory is one start lost: the contour is still
+// found from its other elements (a circle then stays out).
 TESSALINE_API int Make_Surface_From_Objects(Objects_Array_Type* array, Surface_Type* surface);
 
 // Frees every contour of both lists (contour elements, handle blocks and the
