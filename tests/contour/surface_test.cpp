@@ -152,11 +152,6 @@ TEST(Containment, RandomStarsAgreeWithWindingNumber) {
       double py = k % 3 == 0 ? y[rng() % n] : 3 * unit(rng) - 1.5;  // a third level with a vertex
       if (On_Outline(edges, px, py)) continue;  // on a horizontal edge: no truth to compare
       bool inside = std::fabs(Winding(edges, px, py)) > 0.5;
-      if (c.In(px, py) != (inside ? 1 : 0)) {
-        for (int i = 0; i < n; ++i)
-          printf("%d %.17g %.17g %.17g %d\n", i, x[i], y[i], rad[i], (int)arc_after[i]);
-        printf("w %.17g\n", Winding(edges, px, py));
-      }
       ASSERT_EQ(c.In(px, py), inside ? 1 : 0) << "star " << star << " point " << px << ", " << py;
       ++checked;
     }
@@ -203,7 +198,6 @@ TEST(Surface, ArcRectanglesInTurnedAxes) {
   ASSERT_EQ(Get_Surface_Extern_Rect(&s.s, &l0, &t0, &r0, &b0), 1);
   ASSERT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, 0, &l, &t, &r, &b), 1);
   EXPECT_EQ((std::vector<double>{l, t, r, b}), (std::vector<double>{l0, t0, r0, b0}));
-  EXPECT_EQ(r0, 2);
   // Axes turned a quarter: the half disc x >= 0 lies at y' <= 0.
   ASSERT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, kPi / 2, &l, &t, &r, &b), 1);
   for (auto [got, want] : {std::pair{l, -2.0}, {r, 2.0}, {b, -2.0}, {t, 0.0}}) {
