@@ -9,6 +9,7 @@
 
 #include "contour/lists.h"
 #include "contour/outline.h"
+#include "contour/shape.h"
 #include "tessaline/geometry/vector.h"
 
 namespace {
@@ -83,8 +84,10 @@ double Twice_Area(const Segment_List& list) {
 }
 
 // The outer contour containing the hole: the smallest by area when several
-// do; -1 when none does.
-int Hole_Owner(Surface_Type* surface, Contour_Type* hole, const CSurface_Segments& segments) {
+// do; -1 when none does. `outers` are the outer contours read and indexed,
+// in list order (an empty one for a contour that could not be read).
+int Hole_Owner(Contour_Type* hole, const std::vector<Contour_Shape>& outers,
+               const CSurface_Segments& segments) {
   std::vector<Element_Record> elements;
   double px, py;
   if (!Read_Contour(hole, &elements) || elements.empty() ||
@@ -93,10 +96,12 @@ int Hole_Owner(Surface_Type* surface, Contour_Type* hole, const CSurface_Segment
   }
   int owner = -1;
   double owner_area = std::numeric_limits<double>::infinity();
-  Handle_Slots outers = Surface_List(surface, kOuters);
   for (size_t j = 0; j < outers.size(); ++j) {
-    Locked<Contour_Type> c(outers[j]);
-    if (!c || !Is_Point_In_Contour(c.get(), px, py)) continue;
+    const Box& b = outers[j].box();
+    if (b.empty || px < b.left || px > b.right || py < b.bottom || py > b.top ||
+        !outers[j].Contains(px, py)) {
+      continue;
+    }
     const Segment_List* list = segments.GetExternalAt(static_cast<int>(j));
     double area = list ? std::fabs(Twice_Area(*list)) : 0;
     if (owner < 0 || area < owner_area) owner = static_cast<int>(j), owner_area = area;
@@ -231,6 +236,7 @@ int Make_Surface_Segments_Extended(Surface_Type* surface, CSurface_Segments* seg
   segments->RemoveAll();
   int made = 0;
   try {
+    std::vector<Contour_Shape> outers;  // for the holes' owners
     for (int kind : {kOuters, kHoles}) {
       Handle_Slots contours = Surface_List(surface, kind);
       for (size_t i = 0; i < contours.size(); ++i) {
@@ -241,9 +247,14 @@ int Make_Surface_Segments_Extended(Surface_Type* surface, CSurface_Segments* seg
           return made;
         }
         Locked<Contour_Type> c(contours[i]);
-        if (!c) continue;
-        made += Contour_Segments(c.get(), Sense_Of(kind), x0, y0, scale, list);
-        if (kind == kHoles) segments->SetIntInExtIndex(at, Hole_Owner(surface, c.get(), *segments));
+        int count = c ? Contour_Segments(c.get(), Sense_Of(kind), x0, y0, scale, list) : 0;
+        made += count;
+        if (kind == kOuters) {
+          outers.emplace_back();
+          if (count > 0 && outers.back().Read(c.get())) outers.back().Index();
+        } else {
+          segments->SetIntInExtIndex(at, count > 0 ? Hole_Owner(c.get(), outers, *segments) : -1);
+        }
       }
     }
   } catch (const std::bad_alloc&) {

@@ -78,6 +78,7 @@ Box Turned_Box(HGLOBAL h, double angle) {
 template <class Element_Box_Fn>
 int Outer_Box(Surface_Type* surface, Element_Box_Fn element_box, double* left, double* top,
               double* right, double* bottom) {
+  if (!left || !top || !right || !bottom) return 0;
   Box all;
   Handle_Slots contours = Surface_List(surface, kOuters);
   for (size_t i = 0; i < contours.size(); ++i) {

@@ -46,6 +46,12 @@ inline constexpr int kContour_Max_Nudges = 100;
 //    the count restarts; a segment lying on the ray counts nothing;
 //  - a circle counts each of its two crossings left of the point, so a
 //    tangent ray counts two;
+//  - an arc's crossings are those of Cross_Horiz_Line_Arc (a crossing at an
+//    end's height is that end exactly), except that a crossing is taken as
+//    on the arc by the side of the chord through its stored ends rather
+//    than by its direction: two arcs meeting at a joint then never both
+//    take a crossing that passes the joint by a rounding hair (a circle
+//    drawn as two half arcs, tested at the height of its centre);
 //  - an arc's first crossing at an arc end point moves the ray as above; its
 //    second crossing at an end point counts half when the arc and the
 //    neighbour sharing that point (the previous element first, then the
