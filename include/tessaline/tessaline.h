@@ -27,3 +27,5 @@
 #include "tessaline/construct/tangent.h"
 
 #include "tessaline/contour/contour.h"
+#include "tessaline/contour/segments.h"
+#include "tessaline/contour/surface.h"

@@ -2,24 +2,9 @@
 // naming one drawing element of a closed chain.
 #include <algorithm>
 
-#include "model/record.h"
-#include "tessaline/contour/contour.h"
+#include "contour/lists.h"
 
 namespace {
-
-// The entries of a contour's handle block, bounded by `entries` (what the
-// record claims) and by the block itself (a host's record is not trusted).
-class Contour_Slots {
- public:
-  Contour_Slots(const Contour_Type* c, int32_t entries)
-      : list_{0, entries, c ? c->parts : 0}, slots_(&list_) {}
-  size_t size() const { return slots_.size(); }
-  HGLOBAL& operator[](size_t i) const { return slots_.data()[i]; }
-
- private:
-  Objects_Array_Type list_;  // the same three words, so the array's bounded view serves
-  Array_Slots slots_;
-};
 
 // Fails on a record whose fields do not fit its block.
 bool Consistent(const Contour_Type* c) {
@@ -30,7 +15,7 @@ bool Consistent(const Contour_Type* c) {
 // Contour element i (0 .. count-1) of the record, or 0.
 HGLOBAL Part_At(const Contour_Type* c, int i) {
   if (!c || i < 0) return 0;
-  Contour_Slots slots(c, c->count);
+  Handle_Slots slots(c->parts, c->count);
   return static_cast<size_t>(i) < slots.size() ? slots[static_cast<size_t>(i)] : 0;
 }
 
@@ -59,7 +44,7 @@ HGLOBAL Create_El_Contour(int n) {
   Contour_Type c;
   Init_El_Contour(&c, n);
   {
-    Contour_Slots slots(&c, c.capacity);
+    Handle_Slots slots(c.parts, c.capacity);
     for (size_t i = 0; i < slots.size(); ++i) {
       slots[i] = Create_El_Part(0, 0, 0);
       if (!slots[i]) break;  // memory is out: the rest would fail too
@@ -125,7 +110,7 @@ void Delete_El_Contour(Contour_Type* contour) {
     {
       // Spares past count belong to the record too; freed entries are always
       // zeroed, so nothing here is freed twice.
-      Contour_Slots slots(contour, std::max(contour->capacity, contour->count));
+      Handle_Slots slots(contour->parts, std::max(contour->capacity, contour->count));
       for (size_t i = slots.size(); i-- > 0;) {
         if (slots[i]) GlobalFree(slots[i]);
       }
@@ -137,7 +122,7 @@ void Delete_El_Contour(Contour_Type* contour) {
 
 int Find_ContEl(Contour_Type* contour, HGLOBAL element, int index, int flag) {
   if (!contour) return -1;
-  Contour_Slots slots(contour, contour->count);
+  Handle_Slots slots(contour->parts, contour->count);
   for (size_t i = 0; i < slots.size(); ++i) {
     Locked<ContEl_Type> p(slots[i]);
     if (p && p->element == element && p->index == index && p->flag == flag) {
@@ -150,7 +135,7 @@ int Find_ContEl(Contour_Type* contour, HGLOBAL element, int index, int flag) {
 void Truncate_El_Contour(Contour_Type* contour, int k) {
   if (!contour || k < 0 || k >= contour->count) return;
   {
-    Contour_Slots slots(contour, contour->count);
+    Handle_Slots slots(contour->parts, contour->count);
     for (size_t i = slots.size(); i-- > static_cast<size_t>(k);) {
       GlobalFree(slots[i]);
       slots[i] = 0;
@@ -161,13 +146,13 @@ void Truncate_El_Contour(Contour_Type* contour, int k) {
 
 HGLOBAL Copy_Contour(const Contour_Type* source) {
   if (!source) return 0;
-  Contour_Slots from(source, source->count);
+  Handle_Slots from(source->parts, source->count);
   if (from.size() == 0) return 0;
   Contour_Type copy;
   if (!Init_El_Contour(&copy, static_cast<int>(from.size()))) return 0;
   copy.count = copy.capacity;
   {
-    Contour_Slots to(&copy, copy.count);
+    Handle_Slots to(copy.parts, copy.count);
     for (size_t i = 0; i < from.size(); ++i) {
       Locked<ContEl_Type> p(from[i]);
       to[i] = p ? Create_El_Part(p->element, p->index, p->flag) : 0;

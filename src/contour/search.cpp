@@ -13,7 +13,7 @@
 #include <cmath>
 #include <new>
 
-#include "model/record.h"
+#include "contour/lists.h"
 
 namespace {
 
@@ -51,19 +51,6 @@ size_t Cell_Hash(int64_t cx, int64_t cy) {
 
 bool Ends_Join(double px, double py, double x, double y) {
   return std::fabs(px - x) < kContour_Join_Tolerance && std::fabs(py - y) < kContour_Join_Tolerance;
-}
-
-// The ends x1, y1, x2, y2 of a segment or an arc (its stored end points);
-// false for every other type.
-bool Contour_Ends(const Element_Record& r, double e[4]) {
-  if (r.type == EL_SEGMENT) {
-    e[0] = r.u.seg.x1, e[1] = r.u.seg.y1, e[2] = r.u.seg.x2, e[3] = r.u.seg.y2;
-  } else if (r.type == EL_ARC) {
-    e[0] = r.u.arc.x1, e[1] = r.u.arc.y1, e[2] = r.u.arc.x2, e[3] = r.u.arc.y2;
-  } else {
-    return false;
-  }
-  return true;
 }
 
 // A handle that does not lock takes no part, like a type that cannot chain.
@@ -195,7 +182,7 @@ void Contour_Search::Query(double px, double py, int32_t exclude) {
 }
 
 void Contour_Search::Push(int32_t id, HGLOBAL handle, double ex, double ey) {
-  used_[static_cast<size_t>(id)] = 1;
+  used_[static_cast<size_t>(id)] = kOn_Chain;
   size_t begin = cands_.size();
   Query(ex, ey, id);
   frames_.push_back({id, ex, ey, handle, begin, cands_.size(), begin});
@@ -227,6 +214,7 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
 
   auto known = id_of_.find(start);
   const int32_t start_id = known != id_of_.end() ? known->second : outside_id_;
+  if (used_[static_cast<size_t>(start_id)] == kExcluded) return Fail(contour);
   frames_.clear();
   cands_.clear();
   Push(start_id, start, s[2], s[3]);
@@ -235,7 +223,7 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
   while (!frames_.empty() && !closed) {
     Frame& f = frames_.back();
     if (f.next == f.end) {  // a dead end: back out and try the parent's next candidate
-      used_[static_cast<size_t>(f.id)] = 0;
+      used_[static_cast<size_t>(f.id)] = kFree;
       cands_.resize(f.begin);
       frames_.pop_back();
       if (!frames_.empty()) frames_.back().next += 1;
@@ -251,8 +239,54 @@ int Contour_Search::Find(HGLOBAL start, Contour_Type* contour) {
       Push(c.id, c.handle, c.ox, c.oy);
     }
   }
-  for (const Frame& f : frames_) used_[static_cast<size_t>(f.id)] = 0;
+  for (const Frame& f : frames_) used_[static_cast<size_t>(f.id)] = kFree;
   return closed ? Store(contour, peak) : Fail(contour);
+}
+
+int32_t Contour_Search::Id_Of(HGLOBAL element) {
+  if (!built_) Build();
+  auto known = id_of_.find(element);
+  return known != id_of_.end() ? known->second : -1;
+}
+
+void Contour_Search::Exclude(HGLOBAL element) {
+  int32_t id = Id_Of(element);
+  if (id >= 0) used_[static_cast<size_t>(id)] = kExcluded;
+}
+
+bool Contour_Search::Is_Excluded(HGLOBAL element) {
+  int32_t id = Id_Of(element);
+  return id >= 0 && used_[static_cast<size_t>(id)] == kExcluded;
+}
+
+void Contour_Search::Exclude_Dead_Ends() {
+  if (!built_) Build();
+  // The ends of each element, by identity.
+  std::vector<const Entry*> by_id(used_.size(), nullptr);
+  for (const Entry& r : entries_) by_id[static_cast<size_t>(r.id)] = &r;
+  std::vector<int32_t> work;
+  for (size_t id = 0; id < by_id.size(); ++id) {
+    if (by_id[id]) work.push_back(static_cast<int32_t>(id));
+  }
+  while (!work.empty()) {
+    const int32_t id = work.back();
+    work.pop_back();
+    if (used_[static_cast<size_t>(id)] == kExcluded) continue;
+    const Entry& r = *by_id[static_cast<size_t>(id)];
+    cands_.clear();
+    bool dead = false;
+    for (int k = 0; k < 2; ++k) {  // both ends' candidates: all of them are rechecked below
+      size_t begin = cands_.size();
+      Query(r.e[2 * k], r.e[2 * k + 1], id);
+      dead |= std::none_of(
+          cands_.begin() + static_cast<ptrdiff_t>(begin), cands_.end(),
+          [this](const Candidate& c) { return used_[static_cast<size_t>(c.id)] != kExcluded; });
+    }
+    if (!dead) continue;
+    used_[static_cast<size_t>(id)] = kExcluded;
+    for (const Candidate& c : cands_) work.push_back(c.id);  // their ends may be dead now
+  }
+  cands_.clear();
 }
 
 // Writes the chain into the emptied record: one contour element per frame,

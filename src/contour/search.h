@@ -18,6 +18,15 @@ class Contour_Search {
   // in `contour`, else 0 with the record emptied.
   int Find(HGLOBAL start, Contour_Type* contour);
 
+  // Leaves the element out of every later search as a way on (it must not
+  // start one). For filing a drawing's contours, each element once.
+  void Exclude(HGLOBAL element);
+  bool Is_Excluded(HGLOBAL element);
+  // Leaves out, over and over, every segment and arc with an end that joins
+  // no other element still in: none of them can lie on a closed chain, and
+  // a search from an open chain would walk it to its end again and again.
+  void Exclude_Dead_Ends();
+
  private:
   // An end filed in the index: the element's array position, identity (the
   // first position holding the same handle), handle and both ends, kept
@@ -56,6 +65,9 @@ class Contour_Search {
   void Query(double px, double py, int32_t exclude);
   void Push(int32_t id, HGLOBAL handle, double ex, double ey);
   int Store(Contour_Type* contour, int32_t peak);
+  int32_t Id_Of(HGLOBAL element);  // -1 when the array does not hold it
+
+  enum : uint8_t { kFree = 0, kOn_Chain = 1, kExcluded = 2 };
 
   const Objects_Array_Type* array_;
   bool built_ = false;
@@ -63,7 +75,7 @@ class Contour_Search {
   std::unordered_map<HGLOBAL, int32_t> id_of_;
   std::vector<Bucket> buckets_;  // open addressing, at most half full
   std::vector<Entry> entries_;   // grouped by cell, in array order within a cell
-  std::vector<uint8_t> used_;    // on the chain, by identity
+  std::vector<uint8_t> used_;    // by identity: kFree, kOn_Chain or kExcluded
   std::vector<Frame> frames_;
   std::vector<Candidate> cands_;
   std::vector<const Entry*> scratch_;

@@ -6,49 +6,10 @@
 #include <vector>
 
 #include "geometry/angles.h"
+#include "model/box.h"
 #include "model/record.h"
 
 namespace {
-
-struct Box {
-  double left = 0, bottom = 0, right = 0, top = 0;
-  bool empty = true;
-
-  void Add(double x, double y) {
-    if (empty) {
-      left = right = x;
-      bottom = top = y;
-      empty = false;
-      return;
-    }
-    left = std::min(left, x);
-    right = std::max(right, x);
-    bottom = std::min(bottom, y);
-    top = std::max(top, y);
-  }
-  void Add(const Box& b) {
-    if (b.empty) return;
-    Add(b.left, b.bottom);
-    Add(b.right, b.top);
-  }
-};
-
-// Whether the arc a1 -> a2 (counter-clockwise, normalised) passes angle a.
-bool Arc_Passes(double a1, double a2, double a) {
-  if (a1 <= a2) return a1 <= a && a <= a2;
-  return a >= a1 || a <= a2;
-}
-
-void Add_Arc(Box& box, const Element_Record::Arc_Data& arc) {
-  double a1 = Normalize_Angle(arc.a1);
-  double a2 = Normalize_Angle(arc.a2);
-  box.Add(arc.xc + arc.r * std::cos(a1), arc.yc + arc.r * std::sin(a1));
-  box.Add(arc.xc + arc.r * std::cos(a2), arc.yc + arc.r * std::sin(a2));
-  const double quarter[4][3] = {{0, 1, 0}, {kPi / 2, 0, 1}, {kPi, -1, 0}, {3 * kPi / 2, 0, -1}};
-  for (const auto& q : quarter) {
-    if (Arc_Passes(a1, a2, q[0])) box.Add(arc.xc + arc.r * q[1], arc.yc + arc.r * q[2]);
-  }
-}
 
 // A spline's curve, sampled through the moment form of each cubic piece
 // (parameter: chord length from node i). Zero moments give the polyline.
@@ -74,12 +35,37 @@ void Add_Spline(Box& box, const Element_Record::Spline_Data& s) {
   }
 }
 
+int Report(const Box& box, double* left, double* top, double* right, double* bottom) {
+  if (box.empty) return 0;
+  *left = box.left;
+  *top = box.top;
+  *right = box.right;
+  *bottom = box.bottom;
+  return 1;
+}
+
+}  // namespace
+
+void Add_Arc(Box& box, const Element_Record::Arc_Data& arc) {
+  double a1 = Normalize_Angle(arc.a1);
+  double a2 = Normalize_Angle(arc.a2);
+  box.Add(arc.xc + arc.r * std::cos(a1), arc.yc + arc.r * std::sin(a1));
+  box.Add(arc.xc + arc.r * std::cos(a2), arc.yc + arc.r * std::sin(a2));
+  const double quarter[4][3] = {{0, 1, 0}, {kPi / 2, 0, 1}, {kPi, -1, 0}, {3 * kPi / 2, 0, -1}};
+  for (const auto& q : quarter) {
+    if (Arc_Passes(a1, a2, q[0])) box.Add(arc.xc + arc.r * q[1], arc.yc + arc.r * q[2]);
+  }
+}
+
 Box Element_Box(HGLOBAL h) {
-  Box box;
   Locked_Element e(h);
-  if (!e) return box;
-  const auto& u = e->u;
-  switch (e->type) {
+  return e ? Record_Box(*e) : Box{};
+}
+
+Box Record_Box(const Element_Record& e) {
+  Box box;
+  const auto& u = e.u;
+  switch (e.type) {
     case EL_POINT:
       box.Add(u.point.x, u.point.y);
       break;
@@ -108,17 +94,6 @@ Box Element_Box(HGLOBAL h) {
   }
   return box;
 }
-
-int Report(const Box& box, double* left, double* top, double* right, double* bottom) {
-  if (box.empty) return 0;
-  *left = box.left;
-  *top = box.top;
-  *right = box.right;
-  *bottom = box.bottom;
-  return 1;
-}
-
-}  // namespace
 
 int Get_Element_Rect(HGLOBAL h, double* left, double* top, double* right, double* bottom) {
   return Report(Element_Box(h), left, top, right, bottom);
