@@ -1,5 +1,6 @@
-// A small host program: draws a few elements into an objects array, copies
-// and deletes some, and prints what the array holds.
+// A small host program: draws a plate with a hole into an objects array,
+// files its contours into a surface and tests points against it, copies and
+// deletes elements, and prints what the array holds.
 #include <cstdio>
 #include <initializer_list>
 
@@ -66,6 +67,21 @@ int main() {
   Add_Element_In_Array_by_Handle(&objects, Create_Arc(50, 30, 25, 0, 3.14159265358979));
   Add_Element_In_Array_by_Handle(&objects, Create_Point(50, 30));
   Print_Array("drawn", &objects);
+
+  // The closed contours become a surface: the outline outside, the circle a hole.
+  Surface_Type surface = {};
+  int filed = Make_Surface_From_Objects(&objects, &surface);
+  double left, top, right, bottom;
+  Get_Surface_Extern_Rect(&surface, &left, &top, &right, &bottom);
+  std::printf("surface: %d contour(s) filed, %d outer, %d hole(s), extent (%g, %g) - (%g, %g)\n",
+              filed, surface.outer_count, surface.hole_count, left, bottom, right, top);
+  const double probes[][2] = {{10, 10}, {50, 30}, {50, 50}, {150, 30}};
+  for (const auto& p : probes) {
+    std::printf(
+        "  point (%g, %g) is %s\n", p[0], p[1],
+        Is_Point_In_Surface(&surface, p[0], p[1]) ? "in the material" : "not in the material");
+  }
+  Delete_Surface(&surface);
 
   // Copy the circle and the first segment; select the copy of the segment.
   HGLOBAL circle_copy = Create_Element_Copy(Get_Element_Handle_by_Index(&objects, 4));
