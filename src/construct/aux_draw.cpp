@@ -1,6 +1,7 @@
 // Drawing of auxiliary construction elements: infinite lines across the view,
 // circles and points, and their rubber bands.
 #include "tessaline/construct/aux_draw.h"
+#include "display/mapping.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,9 +21,7 @@ bool Fits(int64_t v) {
 }
 
 POINT Map(const Coord_Syst* cs, double x, double y) {
-  int32_t lx, ly;
-  WPtoLP(&cs->world, &cs->window, x, y, &lx, &ly);
-  return POINT{lx, ly};
+  return Map_Point(&cs->world, &cs->window, x, y);
 }
 
 // Strokes from (x1, y1) to (x2, y2) when every coordinate is a 32-bit value.

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "display/draw_internal.h"
+#include "display/mapping.h"
 #include "model/record.h"
 #include "tessaline/construct/aux_draw.h"
 #include "tessaline/display/raster.h"
@@ -90,14 +91,9 @@ HPEN Create_Rule_Pen(int32_t attr, const COLORREF* colours) {
 }
 
 BOOL Draw_Point_Marker(HDC dc, const Coord_Syst* cs, double x, double y) {
-  const World_Window& w = cs->world;
-  double xa = w.x0 - 0.1 * w.w, xb = w.x0 + w.w + 0.1 * w.w;
-  double ya = w.y0 - 0.1 * w.h, yb = w.y0 + w.h + 0.1 * w.h;
-  if (!(x >= std::min(xa, xb) && x <= std::max(xa, xb) && y >= std::min(ya, yb) &&
-        y <= std::max(ya, yb)))
-    return 0;
-  int32_t lx, ly;
-  WPtoLP(&cs->world, &cs->window, x, y, &lx, &ly);
+  if (!In_Widened_World(cs->world, x, y)) return 0;
+  POINT p = Map_Point(&cs->world, &cs->window, x, y);
+  int32_t lx = p.x, ly = p.y;
   int64_t l = int64_t{lx} - kMarker_Radius, t = int64_t{ly} - kMarker_Radius;
   int64_t r = int64_t{lx} + kMarker_Radius + 1, b = int64_t{ly} + kMarker_Radius + 1;
   if (!Fits_Int32(l) || !Fits_Int32(t) || !Fits_Int32(r) || !Fits_Int32(b)) return 0;

@@ -6,41 +6,11 @@
 #include <vector>
 
 #include "display/clip.h"
+#include "display/mapping.h"
 #include "display/visible_arcs.h"
-#include "platform/locked.h"
 #include "tessaline/platform/memory.h"
 
 namespace {
-
-POINT Map(const World_Window* w, const Logical_Window* l, double x, double y) {
-  int32_t lx, ly;
-  WPtoLP(w, l, x, y, &lx, &ly);
-  return POINT{lx, ly};
-}
-
-// Largest node count a polygon primitive accepts (its work block stays small).
-constexpr int kMaxPoints = 1 << 24;
-
-// The n mapped points in a temporary movable block, passed to `draw`; 0 when
-// the block cannot be allocated.
-template <class F>
-BOOL With_Mapped_Points(const World_Window* w, const Logical_Window* l, const double* points, int n,
-                        F draw) {
-  if (!points || n < 1 || n > kMaxPoints) return 0;
-  HGLOBAL block = GlobalAlloc(GHND, static_cast<SIZE_T>(n) * sizeof(POINT));
-  BOOL result = 0;
-  {
-    Locked<POINT> p(block);
-    if (!p) {
-      if (block) GlobalFree(block);
-      return 0;
-    }
-    for (int i = 0; i < n; ++i) p[i] = Map(w, l, points[2 * i], points[2 * i + 1]);
-    result = draw(p.get(), n);
-  }
-  GlobalFree(block);
-  return result;
-}
 
 // Logical units per world unit along x and y, with their signs.
 double Scale_X(const World_Window* w, const Logical_Window* l) {
@@ -65,7 +35,7 @@ BOOL Stroke_Arc_Polyline(HDC dc, const World_Window* w, const Logical_Window* l,
   std::vector<POINT> pts(static_cast<size_t>(pieces) + 1);
   for (int i = 0; i <= pieces; ++i) {
     double t = a.start + (a.end - a.start) * i / pieces;
-    pts[static_cast<size_t>(i)] = Map(w, l, xc + r * std::cos(t), yc + r * std::sin(t));
+    pts[static_cast<size_t>(i)] = Map_Point(w, l, xc + r * std::cos(t), yc + r * std::sin(t));
   }
   return Polyline(dc, pts.data(), pieces + 1);
 }
@@ -76,9 +46,9 @@ BOOL Stroke_Arc_Polyline(HDC dc, const World_Window* w, const Logical_Window* l,
 // counter-clockwise sense is the world's clockwise one, so start and end swap.
 BOOL Device_Arc(HDC dc, const World_Window* w, const Logical_Window* l, double xc, double yc,
                 double r, double s, double e) {
-  POINT tl = Map(w, l, xc - r, yc + r);
-  POINT br = Map(w, l, xc + r, yc - r);
-  POINT c = Map(w, l, xc, yc);
+  POINT tl = Map_Point(w, l, xc - r, yc + r);
+  POINT br = Map_Point(w, l, xc + r, yc - r);
+  POINT c = Map_Point(w, l, xc, yc);
   double sx = Scale_X(w, l), sy = Scale_Y(w, l);
   auto radial = [&](double angle) {
     double dx = std::cos(angle) * sx, dy = std::sin(angle) * sy;
@@ -102,8 +72,8 @@ BOOL Draw_Visible(HDC dc, const World_Window* w, const Logical_Window* l, double
   double logical_r = r * std::max(std::fabs(Scale_X(w, l)), std::fabs(Scale_Y(w, l)));
   bool all = parts.size() == 1 && parts[0].end - parts[0].start >= span;
   if (logical_r <= kMaxDeviceRadius && all && whole_circle) {
-    POINT tl = Map(w, l, xc - r, yc + r);
-    POINT br = Map(w, l, xc + r, yc - r);
+    POINT tl = Map_Point(w, l, xc - r, yc + r);
+    POINT br = Map_Point(w, l, xc + r, yc - r);
     return Ellipse(dc, tl.x, tl.y, br.x, br.y);
   }
   BOOL result = 0;
@@ -120,54 +90,50 @@ BOOL Draw_Visible(HDC dc, const World_Window* w, const Logical_Window* l, double
 
 COLORREF Get_Pixel_Checked(HDC dc, const World_Window* w, const Logical_Window* l, double x,
                            double y) {
-  double xa = w->x0 - 0.1 * w->w, xb = w->x0 + w->w + 0.1 * w->w;
-  double ya = w->y0 - 0.1 * w->h, yb = w->y0 + w->h + 0.1 * w->h;
-  if (!(x >= std::min(xa, xb) && x <= std::max(xa, xb) && y >= std::min(ya, yb) &&
-        y <= std::max(ya, yb)))
-    return CLR_INVALID;
-  POINT p = Map(w, l, x, y);
+  if (!In_Widened_World(*w, x, y)) return CLR_INVALID;
+  POINT p = Map_Point(w, l, x, y);
   return GetPixel(dc, p.x, p.y);
 }
 
 COLORREF rSetPixel(HDC dc, const World_Window* w, const Logical_Window* l, double x, double y,
                    COLORREF colour) {
   if (Get_Pixel_Checked(dc, w, l, x, y) == CLR_INVALID) return CLR_INVALID;
-  POINT p = Map(w, l, x, y);
+  POINT p = Map_Point(w, l, x, y);
   return SetPixel(dc, p.x, p.y, colour);
 }
 
 BOOL rLine_2p(HDC dc, const World_Window* w, const Logical_Window* l, double x1, double y1,
               double x2, double y2) {
   if (!Clip_Segment(w->x0, w->y0, w->x0 + w->w, w->y0 + w->h, &x1, &y1, &x2, &y2)) return 0;
-  POINT a = Map(w, l, x1, y1);
-  POINT b = Map(w, l, x2, y2);
+  POINT a = Map_Point(w, l, x1, y1);
+  POINT b = Map_Point(w, l, x2, y2);
   MoveToEx(dc, a.x, a.y, nullptr);
   return LineTo(dc, b.x, b.y);
 }
 
 BOOL rEllipse(HDC dc, const World_Window* w, const Logical_Window* l, double x1, double y1,
               double x2, double y2) {
-  POINT a = Map(w, l, x1, y1);
-  POINT b = Map(w, l, x2, y2);
+  POINT a = Map_Point(w, l, x1, y1);
+  POINT b = Map_Point(w, l, x2, y2);
   return Ellipse(dc, a.x, a.y, b.x, b.y);
 }
 
 BOOL rRectangle(HDC dc, const World_Window* w, const Logical_Window* l, double x1, double y1,
                 double x2, double y2) {
-  POINT a = Map(w, l, x1, y1);
-  POINT b = Map(w, l, x2, y2);
+  POINT a = Map_Point(w, l, x1, y1);
+  POINT b = Map_Point(w, l, x2, y2);
   return Rectangle(dc, a.x, a.y, b.x, b.y);
 }
 
 BOOL rPolygon(HDC dc, const World_Window* w, const Logical_Window* l, const double* points, int n) {
-  return With_Mapped_Points(w, l, points, n,
-                            [&](const POINT* p, int count) { return Polygon(dc, p, count); });
+  return With_Mapped_Points<BOOL>(w, l, points, n, 0,
+                                  [&](const POINT* p, int count) { return Polygon(dc, p, count); });
 }
 
 BOOL rPolyline(HDC dc, const World_Window* w, const Logical_Window* l, const double* points,
                int n) {
-  return With_Mapped_Points(w, l, points, n,
-                            [&](const POINT* p, int count) { return Polyline(dc, p, count); });
+  return With_Mapped_Points<BOOL>(
+      w, l, points, n, 0, [&](const POINT* p, int count) { return Polyline(dc, p, count); });
 }
 
 BOOL rCircle(HDC dc, const World_Window* w, const Logical_Window* l, double xc, double yc,

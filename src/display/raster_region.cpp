@@ -2,41 +2,12 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/locked.h"
+#include "display/mapping.h"
 #include "tessaline/display/raster.h"
 #include "tessaline/platform/memory.h"
 #include "tessaline/platform/user.h"
 
 namespace {
-
-POINT Map(const World_Window* w, const Logical_Window* l, double x, double y) {
-  int32_t lx, ly;
-  WPtoLP(w, l, x, y, &lx, &ly);
-  return POINT{lx, ly};
-}
-
-constexpr int kMaxPoints = 1 << 24;
-
-// The mapped polygon in a temporary block handed to `make`; null when the
-// block cannot be allocated or the polygon has no points.
-template <class F>
-HRGN With_Mapped_Polygon(const World_Window* w, const Logical_Window* l, const double* points,
-                         int n, F make) {
-  if (!points || n < 1 || n > kMaxPoints) return nullptr;
-  HGLOBAL block = GlobalAlloc(GHND, static_cast<SIZE_T>(n) * sizeof(POINT));
-  HRGN result = nullptr;
-  {
-    Locked<POINT> p(block);
-    if (!p) {
-      if (block) GlobalFree(block);
-      return nullptr;
-    }
-    for (int i = 0; i < n; ++i) p[i] = Map(w, l, points[2 * i], points[2 * i + 1]);
-    result = make(p.get(), n);
-  }
-  GlobalFree(block);
-  return result;
-}
 
 // Clamps device corners into the client rectangle: x first against the
 // right edge then the left, y first against the top then the bottom.
@@ -64,13 +35,13 @@ HRGN Clip_To_Client(HWND window, HRGN shape) {
 
 HRGN Create_Rect_Rgn_W(const Logical_Window* l, const World_Window* w, double x1, double y1,
                        double x2, double y2) {
-  POINT a = Map(w, l, x1, y1), b = Map(w, l, x2, y2);
+  POINT a = Map_Point(w, l, x1, y1), b = Map_Point(w, l, x2, y2);
   return CreateRectRgn(a.x, a.y, b.x, b.y);
 }
 
 HRGN Create_Ellipse_Rgn_W(const Logical_Window* l, const World_Window* w, double x1, double y1,
                           double x2, double y2) {
-  POINT a = Map(w, l, x1, y1), b = Map(w, l, x2, y2);
+  POINT a = Map_Point(w, l, x1, y1), b = Map_Point(w, l, x2, y2);
   HRGN rgn = CreateEllipticRgn(a.x, a.y, b.x, b.y);
   RECT box;
   GetRgnBox(rgn, &box);
@@ -79,7 +50,7 @@ HRGN Create_Ellipse_Rgn_W(const Logical_Window* l, const World_Window* w, double
 
 HRGN Create_Polygon_Rgn_W(const Logical_Window* l, const World_Window* w, const double* points,
                           int n) {
-  return With_Mapped_Polygon(w, l, points, n, [](const POINT* p, int count) {
+  return With_Mapped_Points<HRGN>(w, l, points, n, nullptr, [](const POINT* p, int count) {
     return CreatePolygonRgn(p, count, ALTERNATE);
   });
 }
@@ -87,7 +58,8 @@ HRGN Create_Polygon_Rgn_W(const Logical_Window* l, const World_Window* w, const 
 HRGN Create_Rect_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x1, double y1,
                              double x2, double y2) {
   if (!cs) return nullptr;
-  POINT p[2] = {Map(&cs->world, &cs->window, x1, y1), Map(&cs->world, &cs->window, x2, y2)};
+  POINT p[2] = {Map_Point(&cs->world, &cs->window, x1, y1),
+                Map_Point(&cs->world, &cs->window, x2, y2)};
   LPtoDP(dc, p, 2);
   RECT client = {0, 0, 0, 0};
   GetClientRect(window, &client);
@@ -99,7 +71,8 @@ HRGN Create_Rect_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x
 HRGN Create_Ellipse_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x1, double y1,
                                 double x2, double y2) {
   if (!cs) return nullptr;
-  POINT p[2] = {Map(&cs->world, &cs->window, x1, y1), Map(&cs->world, &cs->window, x2, y2)};
+  POINT p[2] = {Map_Point(&cs->world, &cs->window, x1, y1),
+                Map_Point(&cs->world, &cs->window, x2, y2)};
   LPtoDP(dc, p, 2);
   return Clip_To_Client(window, CreateEllipticRgn(p[0].x, p[0].y, p[1].x, p[1].y));
 }
@@ -107,10 +80,11 @@ HRGN Create_Ellipse_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, doubl
 HRGN Create_Polygon_Rgn_Clipped(HDC dc, const double* points, int n, HWND window,
                                 const Coord_Syst* cs) {
   if (!cs) return nullptr;
-  HRGN polygon = With_Mapped_Polygon(&cs->world, &cs->window, points, n, [&](POINT* p, int count) {
-    LPtoDP(dc, p, count);
-    return CreatePolygonRgn(p, count, ALTERNATE);
-  });
+  HRGN polygon = With_Mapped_Points<HRGN>(&cs->world, &cs->window, points, n, nullptr,
+                                          [&](POINT* p, int count) {
+                                            LPtoDP(dc, p, count);
+                                            return CreatePolygonRgn(p, count, ALTERNATE);
+                                          });
   if (!polygon) return nullptr;
   return Clip_To_Client(window, polygon);
 }
