@@ -1,12 +1,12 @@
 // Drawing of auxiliary construction elements: infinite lines across the view,
 // circles and points, and their rubber bands.
 #include "tessaline/construct/aux_draw.h"
-#include "display/mapping.h"
 
 #include <algorithm>
 #include <cstdlib>
 
 #include "display/draw_internal.h"
+#include "display/mapping.h"
 #include "model/record.h"
 #include "platform/controls.h"
 #include "tessaline/construct/tangent.h"
