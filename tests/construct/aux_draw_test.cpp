@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "platform/surface.h"
 #include "support/capture.h"
+#include "support/surface.h"
 
 namespace {
 

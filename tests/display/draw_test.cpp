@@ -7,9 +7,9 @@
 
 #include "../../examples/scene.h"
 #include "display/draw_internal.h"
-#include "platform/surface.h"
 #include "support/capture.h"
 #include "support/golden.h"
+#include "support/surface.h"
 
 namespace {
 

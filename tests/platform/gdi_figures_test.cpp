@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "surface.h"
+#include "support/surface.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <climits>
 
-#include "surface.h"
+#include "support/surface.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "support/golden.h"
-#include "surface.h"
+#include "support/surface.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <climits>
 #include <random>
 
-#include "surface.h"
+#include "support/surface.h"
 
 namespace {
 
