@@ -94,10 +94,9 @@ TEST(ObjectsArray, NullAllZeroAndCorruptArraysAreSafe) {
 
 TEST(ObjectsArray, DeleteFreesElementsClearKeepsSlotsAndCutsLinks) {
   Leak_Check leaks;
-  Objects_Array_Type a = {}, children = {};
+  Objects_Array_Type a = {}, children = {}, display = {};
   const double xs[3] = {0, 1, 2};
-  HGLOBAL seg = Create_Line(0, 0, 1, 0);
-  HGLOBAL circle = Create_Circle(0, 0, 1);
+  HGLOBAL seg = Create_Line(0, 0, 1, 0), circle = Create_Circle(0, 0, 1);
   Add_Element_In_Array_by_Handle(&a, seg);
   Add_Element_In_Array_by_Handle(&a, circle);
   // A child point on the segment (one parent) and a tangent line to both (two parents).
@@ -124,23 +123,17 @@ TEST(ObjectsArray, DeleteFreesElementsClearKeepsSlotsAndCutsLinks) {
   EXPECT_EQ(a.count, 2);
   DeleteObjectsArray(&a);
   DeleteObjectsArray(&children);
-}
 
-TEST(ObjectsArray, DisplayCopiesAreFreedWithTheirInnerBlocks) {
-  Leak_Check leaks;
-  Objects_Array_Type display = {};
-  auto copy = [](int32_t type, int inner) {
+  // Display copies go with their inner blocks; a tiny block counts as a simple copy.
+  for (auto [type, inner] : {std::pair{EL_SEGMENT, 0}, {EL_POLYLINE, 2}, {EL_SPLINE, 7}}) {
     HGLOBAL c = GlobalAlloc(GHND, sizeof(iElement_Header) + 32);
     auto* hdr = static_cast<iElement_Header*>(GlobalLock(c));
     hdr->type = type;
     for (int k = 0; k < inner; ++k) hdr->blocks[k] = GlobalAlloc(GHND, 16);
     GlobalUnlock(c);
-    return c;
-  };
-  Add_Element_In_Array_by_Handle(&display, copy(EL_SEGMENT, 0));
-  Add_Element_In_Array_by_Handle(&display, copy(EL_POLYLINE, 2));
-  Add_Element_In_Array_by_Handle(&display, copy(EL_SPLINE, 7));
-  Add_Element_In_Array_by_Handle(&display, GlobalAlloc(GHND, 4));  // a tiny simple copy
+    Add_Element_In_Array_by_Handle(&display, c);
+  }
+  Add_Element_In_Array_by_Handle(&display, GlobalAlloc(GHND, 4));
   DeleteiObjectsArray(&display);
   EXPECT_EQ(display.handles, 0u);
 }

@@ -44,23 +44,21 @@ TEST(ParentLink, GetParentElemReadsTheSlotsOfTheCreationType) {
   }
 }
 
-TEST(ParentLink, SetParentElemWritesOnlyAcceptedSlots) {
-  Leak_Check leaks;
-  HGLOBAL one = Child(1, 1);
-  Set_Parent_Elem(one, 50, 7);  // one-parent types: slot 0 whatever k is
-  EXPECT_EQ(Get_Parent(one, 0), 50u);
-  HGLOBAL two = Child(5, 2);
-  Set_Parent_Elem(two, 51, 1);
-  Set_Parent_Elem(two, 52, 2);  // refused
-  EXPECT_EQ(Get_Parent(two, 1), 51u);
-  HGLOBAL four = Child(22, 4);
-  Set_Parent_Elem(four, 53, 1);  // k = 1 writes slot 2
-  EXPECT_TRUE(Get_Parent(four, 2) == 53u && Get_Parent(four, 1) == 12u);
-  HGLOBAL three = Child(29, 3);
-  Set_Parent_Elem(three, 54, 2);
-  Set_Parent_Elem(three, 55, 3);
-  EXPECT_EQ(Get_Parent(three, 2), 54u);
-  for (HGLOBAL h : {one, two, four, three}) Delete_Element(h);
+TEST(ParentLink, SetParentElemWritesOnlyTheSlotOfTheCreationType) {
+  // Parent k of a child of creation type ct goes to `slot` (-1: refused).
+  const struct {
+    int ct, slots, k, slot;
+  } cases[] = {{1, 1, 7, 0},  {5, 2, 1, 1},  {5, 2, 2, -1},
+               {22, 4, 1, 2}, {29, 3, 2, 2}, {29, 3, 3, -1}};
+  for (const auto& c : cases) {
+    Leak_Check leaks;
+    HGLOBAL e = Child(c.ct, c.slots);
+    Set_Parent_Elem(e, 50, c.k);
+    for (int i = 0; i < c.slots; ++i) {
+      EXPECT_EQ(Get_Parent(e, i), i == c.slot ? 50u : 11u + i) << "ct " << c.ct << " k " << c.k;
+    }
+    Delete_Element(e);
+  }
 }
 
 TEST(ParentLink, CutStepsTheCreationTypeDown) {

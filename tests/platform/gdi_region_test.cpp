@@ -96,48 +96,39 @@ TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
   }
 }
 
-TEST(GdiRegion, ShapesMatchTheFiguresTheyStandFor) {
+TEST(GdiRegion, ShapesMatchTheirFiguresAndFillOffsetAndFrame) {
   // An elliptic region is the pixels of Ellipse with a pen; a polygon region
-  // the fill of Polygon with a null pen.
+  // the fill of Polygon with a null pen; FillRgn paints the members.
   Surface s(40, 30);
-  Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
-  Ellipse(s.dc(), 3, 2, 36, 27);
-  HRGN e = CreateEllipticRgn(3, 2, 36, 27);
-  EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
-  s.Clear(RGB(255, 255, 255));
   const POINT tri[] = {{2, 3}, {37, 12}, {9, 28}};
+  HRGN e = CreateEllipticRgn(3, 2, 36, 27), p = CreatePolygonRgn(tri, 3, ALTERNATE);
   {
+    Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
+    Ellipse(s.dc(), 3, 2, 36, 27);
+    EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
+    s.Clear(RGB(255, 255, 255));
     Selected pen(s.dc(), Stock(NULL_PEN), false);
     Polygon(s.dc(), tri, 3);
+    EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
   }
-  HRGN p = CreatePolygonRgn(tri, 3, ALTERNATE);
-  EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
   EXPECT_EQ(CreatePolygonRgn(tri, 3, 7), nullptr);
   EXPECT_EQ(CreatePolygonRgn(nullptr, 3, ALTERNATE), nullptr);
   // Too many rows of varying shape is refused rather than allocated.
   EXPECT_EQ(CreateEllipticRgn(0, -100000000, 10, 100000000), nullptr);
-  DeleteObject(e);
-  DeleteObject(p);
-}
 
-TEST(GdiRegion, OffsetFillAndFrame) {
   HRGN r = CreateRectRgn(2, 2, 10, 8);
   EXPECT_EQ(OffsetRgn(r, 1, -1), SIMPLEREGION);
   EXPECT_TRUE(PtInRegion(r, 3, 1) && PtInRegion(r, 10, 6) && !PtInRegion(r, 11, 6));
   EXPECT_EQ(OffsetRgn(r, INT_MAX, 0), ERROR);  // would leave 32 bits: unchanged
   EXPECT_TRUE(PtInRegion(r, 3, 1));
   OffsetRgn(r, -1, 1);
-
-  Surface s(14, 12);
-  FillRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
-  EXPECT_EQ(s.Where(RGB(0, 0, 0)), Members(r));
-  s.Clear(RGB(255, 255, 255));
   // A frame two columns and one row thick: 8 x 6 minus its 4 x 4 inside.
+  s.Clear(RGB(255, 255, 255));
   ASSERT_TRUE(FrameRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)), 2, 1));
   const Pixel_Set frame = s.Where(RGB(0, 0, 0));
   EXPECT_EQ(frame.size(), 48u - 16u);
   EXPECT_TRUE(frame.count({3, 5}) && !frame.count({4, 5}) && frame.count({5, 2}));
-  DeleteObject(r);
+  for (HRGN h : {e, p, r}) DeleteObject(h);
 }
 
 TEST(GdiRegion, ClippingDrawsExactlyTheInRegionPart) {
