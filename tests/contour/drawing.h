@@ -80,4 +80,10 @@ struct Surface_Record {
   ~Surface_Record() { Delete_Surface(&s); }
   int Outer(const std::vector<HGLOBAL>& e) { return Add_Surface_Contour(&s, Contour_Block(e), 0); }
   int Hole(const std::vector<HGLOBAL>& e) { return Add_Surface_Contour(&s, Contour_Block(e), 1); }
+  // Each point {x, y, want} must give the containment `want`.
+  void Expect(std::initializer_list<std::array<double, 3>> points) {
+    for (const auto& [x, y, want] : points) {
+      EXPECT_EQ(Is_Point_In_Surface(&s, x, y), want) << x << ", " << y;
+    }
+  }
 };

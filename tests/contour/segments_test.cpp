@@ -45,28 +45,23 @@ TEST(Segments, MaterialOnTheLeftShiftedAndScaled) {
 
 TEST(Segments, DirectionAndStart) {
   Drawing d;
-  Contour ccw(d.Square(0, 0, 10));
+  // Into the square from its bottom edge; the sense asked for flips the answer.
+  Contour ccw(d.Square(0, 0, 10)), cw(d.Polygon({{0, 0}, {0, 10}, {10, 10}, {10, 0}}));
   double nx = 0, ny = 0;
-  // Into the square from its bottom edge.
   EXPECT_TRUE(Find_Contour_Direction(&ccw.c, 0, &nx, &ny) == 1 && nx == 0 && ny == 1);
   EXPECT_EQ(Find_Contour_Direction(&ccw.c, 1, nullptr, nullptr), -1);
-  Contour cw(d.Polygon({{0, 0}, {0, 10}, {10, 10}, {10, 0}}));
   EXPECT_EQ(Find_Contour_Direction(&cw.c, 0, nullptr, nullptr), -1);
-  EXPECT_EQ(Find_Contour_Direction(&cw.c, 7, nullptr, nullptr), 1);
-  // An arc first: the "D" stored counter-clockwise; a circle.
+  // An arc first (a "D" stored counter-clockwise): inwards from its middle (1, 0).
   Contour dee({d.Arc(0, 0, 1, -kPi / 2, kPi / 2), d.Seg(0, 1, 0, -1)});
-  // Inwards from the arc's middle (1, 0).
   EXPECT_TRUE(Find_Contour_Direction(&dee.c, 0, &nx, &ny) == 1 && std::fabs(nx + 1) < 1e-15);
-  Contour circle({d.Circle(3, 3, 1)});
-  EXPECT_EQ(Find_Contour_Direction(&circle.c, 0, nullptr, nullptr), 1);
-  EXPECT_EQ(Find_Contour_Direction(&circle.c, 1, nullptr, nullptr), -1);
-
   // The first element stored against the chain: the start is still the end
-  // it does not share with the second.
+  // it does not share with the second; a circle starts at angle 0.
   Contour turned({d.Seg(10, 0, 0, 0), d.Seg(10, 0, 10, 10), d.Seg(10, 10, 0, 0)});
+  Contour circle({d.Circle(3, 3, 1)});
   double x = -1, y = -1;
   EXPECT_TRUE(Find_Start_ContEl(&turned.c, &x, &y) == 0 && x == 0 && y == 0);
   EXPECT_TRUE(Find_Start_ContEl(&circle.c, &x, &y) == 0 && x == 4 && y == 3);
+  EXPECT_EQ(Find_Contour_Direction(&circle.c, 1, nullptr, nullptr), -1);
 }
 
 TEST(Segments, CirclesAndArcsBecomeChains) {
