@@ -63,24 +63,6 @@ TEST(GdiFigures, SmallEllipsesAreTheClassicDigitalCircles) {
             "............\n");
 }
 
-TEST(GdiFigures, EllipsesReachTheirBoxAndAreSymmetric) {
-  for (int w = 1; w <= 26; w += 5) {
-    for (int h = 1; h <= 26; h += 3) {
-      Surface s(w + 6, h + 6);
-      Ellipse(s.dc(), 3, 3, 3 + w, 3 + h);
-      const Pixel_Set p = s.Where(kWhite, false);
-      std::set<int> xs, ys;
-      for (auto [x, y] : p) {
-        xs.insert(x), ys.insert(y);
-        EXPECT_TRUE(p.count({5 + w - x, y}) && p.count({x, 5 + h - y})) << w << "x" << h;
-      }
-      // Every column and row of the box, and nothing outside it.
-      EXPECT_TRUE(xs.size() == size_t(w) && *xs.begin() == 3 && *xs.rbegin() == 2 + w);
-      EXPECT_TRUE(ys.size() == size_t(h) && *ys.begin() == 3 && *ys.rbegin() == 2 + h);
-    }
-  }
-}
-
 TEST(GdiFigures, ArcsRunCounterClockwiseBetweenTheirRadials) {
   // Box 0..20 x 0..16, centre (10, 8) in pixel centres.
   const int l = 0, t = 0, r = 21, b = 17;

@@ -46,24 +46,6 @@ TEST(GdiMapping, AnisotropicWithNegativeExtentRoundsHalvesUp) {
   EXPECT_EQ(Mapped(dc, INT_MAX, 0, LPtoDP).x, INT_MAX);
 }
 
-TEST(GdiMapping, FixedAndIsotropicModes) {
-  Surface s(4, 4);
-  HDC dc = s.dc();
-  SetMapMode(dc, MM_LOMETRIC);
-  EXPECT_TRUE(SetWindowExtEx(dc, 7, 7, nullptr));                 // ignored in a fixed mode
-  EXPECT_TRUE(Mapped(dc, 254, -254, LPtoDP) == (POINT{96, 96}));  // one inch
-  // Isotropic: the viewport shrinks on the axis of larger scale.
-  SetMapMode(dc, MM_ISOTROPIC);
-  SetWindowExtEx(dc, 100, 100, nullptr);
-  SetViewportExtEx(dc, 400, -200, nullptr);
-  SIZE v;
-  GetViewportExtEx(dc, &v);
-  EXPECT_TRUE(v.cx == 200 && v.cy == -200) << v.cx << " " << v.cy;
-  SetMapMode(dc, MM_TEXT);
-  EXPECT_TRUE(Mapped(dc, 3, 4, LPtoDP) == (POINT{3, 4}));
-  EXPECT_EQ(SetMapMode(dc, 99), 0);
-}
-
 TEST(GdiMapping, FiguresAreDrawnAtTheirMappedPlace) {
   // Three pixels a unit, y up from device row 60: the same figures drawn in
   // device units give the same pixels.

@@ -59,24 +59,19 @@ TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
       const int type = CombineRgn(out, a, b, mode);
       EXPECT_EQ(Members(out), want) << "mode " << mode;
       // The type and box follow from the set.
-      RECT box;
-      EXPECT_EQ(GetRgnBox(out, &box), type);
-      if (want.empty()) {
-        EXPECT_EQ(type, NULLREGION);
-        EXPECT_TRUE(box.left == 0 && box.top == 0 && box.right == 0 && box.bottom == 0);
-      } else {
-        int l = INT_MAX, t = INT_MAX, r = INT_MIN, btm = INT_MIN;
-        for (auto [x, y] : want) {
-          l = std::min(l, x), t = std::min(t, y), r = std::max(r, x + 1),
-          btm = std::max(btm, y + 1);
-        }
-        EXPECT_EQ(box.left, l);
-        EXPECT_EQ(box.top, t);
-        EXPECT_EQ(box.right, r);
-        EXPECT_EQ(box.bottom, btm);
-        const bool rect = want.size() == static_cast<size_t>(r - l) * (btm - t);
-        EXPECT_EQ(type, rect ? SIMPLEREGION : COMPLEXREGION);
+      RECT box, want_box{0, 0, 0, 0};
+      if (!want.empty()) want_box = {kGrid, kGrid, -kGrid, -kGrid};
+      for (auto [x, y] : want) {
+        want_box = {std::min<LONG>(want_box.left, x), std::min<LONG>(want_box.top, y),
+                    std::max<LONG>(want_box.right, x + 1), std::max<LONG>(want_box.bottom, y + 1)};
       }
+      const size_t area = size_t(want_box.right - want_box.left) * (want_box.bottom - want_box.top);
+      EXPECT_EQ(GetRgnBox(out, &box), type);
+      EXPECT_TRUE(box.left == want_box.left && box.top == want_box.top &&
+                  box.right == want_box.right && box.bottom == want_box.bottom);
+      EXPECT_EQ(type, want.empty()          ? NULLREGION
+                      : want.size() == area ? SIMPLEREGION
+                                            : COMPLEXREGION);
       // Equal sets have equal regions however they were built.
       HRGN again = CreateRectRgn(0, 0, 0, 0);
       CombineRgn(again, b, a, mode);

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <random>
-#include <utility>
 #include <vector>
 
 #include "support/capture.h"
@@ -86,26 +84,4 @@ TEST(Memory, BoundsAndInjectedFailures) {
   SetGlobalAllocFailure(0);
   GlobalFree(first);
   GlobalFree(third);
-}
-
-TEST(Memory, RandomAllocFreeKeepsEveryBlockItsOwn) {
-  Leak_Check leaks;
-  std::mt19937 rng(7);
-  std::vector<std::pair<HGLOBAL, unsigned char>> live;
-  for (int step = 0; step < 5000; ++step) {
-    if (live.empty() || rng() % 3) {
-      auto tag = static_cast<unsigned char>(rng());
-      HGLOBAL h = GlobalAlloc(GHND, 1 + rng() % 200);
-      Fill(h, GlobalSize(h), tag);
-      live.push_back({h, tag});
-    } else {
-      size_t k = rng() % live.size();
-      auto [h, tag] = live[k];
-      ASSERT_TRUE(Bytes_Are(h, 0, GlobalSize(h), tag));
-      GlobalFree(h);
-      EXPECT_EQ(GlobalLock(h), nullptr);
-      live.erase(live.begin() + static_cast<long>(k));
-    }
-  }
-  for (auto& [h, tag] : live) GlobalFree(h);
 }
