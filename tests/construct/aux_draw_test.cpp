@@ -3,22 +3,12 @@
 
 #include <algorithm>
 
-#include "platform/surface.h"
 #include "support/capture.h"
+#include "support/surface.h"
 
 namespace {
 
 constexpr COLORREF kPaper = RGB(255, 255, 255);
-
-// 200 x 150 pixels showing the world (0, 0)-(100, 75), y up: 2 pixels a unit.
-Coord_Syst View() {
-  Coord_Syst cs{};
-  cs.vp_ext_x = 200;
-  cs.vp_ext_y = 150;
-  cs.window = Logical_Window{0, 150, 200, -150};
-  cs.world = World_Window{0, 0, 100, 75};
-  return cs;
-}
 
 HGLOBAL Auxiliary_Line(double x1, double y1, double x2, double y2) {
   HGLOBAL h = Create_Line(x1, y1, x2, y2);
@@ -31,7 +21,7 @@ HGLOBAL Auxiliary_Line(double x1, double y1, double x2, double y2) {
 }  // namespace
 
 TEST(AuxDraw, InfiniteLinesReachTheViewportEdges) {
-  Coord_Syst cs = View();
+  Coord_Syst cs = World_View(200, 150, 100, 75);  // 2 pixels a unit
   COLORREF col[11];
   Set_Object_Colors(1, col);
   Leak_Check leaks;

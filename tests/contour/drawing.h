@@ -1,7 +1,11 @@
 // Drawings and contour records for the surface tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <array>
 #include <cmath>
+#include <initializer_list>
 #include <utility>
 #include <vector>
 
@@ -55,6 +59,10 @@ struct Contour {
   }
   ~Contour() { Delete_El_Contour(&c); }
   int In(double x, double y) { return Is_Point_In_Contour(&c, x, y); }
+  // Each point {x, y, want} must give the containment `want`.
+  void Expect(std::initializer_list<std::array<double, 3>> points) {
+    for (const auto& [x, y, want] : points) EXPECT_EQ(In(x, y), want) << x << ", " << y;
+  }
 };
 
 // The elements in a movable contour-record block, for Add_Surface_Contour.
@@ -66,10 +74,16 @@ inline HGLOBAL Contour_Block(const std::vector<HGLOBAL>& elements) {
   return block;
 }
 
-// A surface the test fills with Add_Surface_Contour; freed at the end.
-struct Surface {
+// A surface record the test fills with Add_Surface_Contour; freed at the end.
+struct Surface_Record {
   Surface_Type s{};
-  ~Surface() { Delete_Surface(&s); }
+  ~Surface_Record() { Delete_Surface(&s); }
   int Outer(const std::vector<HGLOBAL>& e) { return Add_Surface_Contour(&s, Contour_Block(e), 0); }
   int Hole(const std::vector<HGLOBAL>& e) { return Add_Surface_Contour(&s, Contour_Block(e), 1); }
+  // Each point {x, y, want} must give the containment `want`.
+  void Expect(std::initializer_list<std::array<double, 3>> points) {
+    for (const auto& [x, y, want] : points) {
+      EXPECT_EQ(Is_Point_In_Surface(&s, x, y), want) << x << ", " << y;
+    }
+  }
 };

@@ -9,33 +9,18 @@
 #include "contour/drawing.h"
 #include "support/capture.h"
 #include "support/golden.h"
+#include "support/surface.h"
 
 namespace {
 
 constexpr double kPi = std::numbers::pi;
 constexpr int kW = 160, kH = 120;
 
-// A white memory context of kW x kH pixels.
-struct Canvas {
-  HDC dc = CreateCompatibleDC(nullptr);
-  HBITMAP bm = CreateCompatibleBitmap(dc, kW, kH);
-  HGDIOBJ old = SelectObject(dc, bm);
-  Canvas() {
-    RECT all{0, 0, kW, kH};
-    FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-  }
-  ~Canvas() {
-    SelectObject(dc, old);
-    DeleteObject(bm);
-    DeleteDC(dc);
-  }
-};
-
 // A "D" with a circular and a square hole, and an island in the square hole
 // (left out of the surface), filed from the drawing.
 struct Section {
   Drawing d;
-  Surface s;
+  Surface_Record s;
   Coord_Syst cs{};
   Section() {
     d.Arc(40, 40, 40, -kPi / 2, kPi / 2);
@@ -91,31 +76,31 @@ TEST(Region, DrawingPicture) {
   long objects = GdiObjectCount();
   {
     Section sec;
-    Canvas c;
-    EXPECT_EQ(Draw_Surface(&sec.s.s, c.dc, &sec.cs, RGB(120, 170, 220), RGB(20, 40, 90)), 1);
-    EXPECT_TRUE(golden::Matches_Golden(c.bm, "surface_region"));
+    Surface c(kW, kH);
+    EXPECT_EQ(Draw_Surface(&sec.s.s, c.dc(), &sec.cs, RGB(120, 170, 220), RGB(20, 40, 90)), 1);
+    EXPECT_TRUE(golden::Matches_Golden(c.bitmap(), "surface_region"));
 
     // The same region filled in device pixels from a scaled mapping, which
     // is restored afterwards.
     HRGN rgn = Create_Surface_Rgn1(&sec.s.s, &sec.cs.world, &sec.cs.window);
-    SetMapMode(c.dc, MM_ANISOTROPIC);
-    SetWindowExtEx(c.dc, 10, 10, nullptr);
-    SetViewportExtEx(c.dc, 20, 30, nullptr);
-    SetWindowOrgEx(c.dc, 5, 6, nullptr);
-    EXPECT_EQ(Draw_Cont_Rgn_MM_TEXT(c.dc, rgn, RGB(0, 255, 0), CLR_INVALID), 1);
+    SetMapMode(c.dc(), MM_ANISOTROPIC);
+    SetWindowExtEx(c.dc(), 10, 10, nullptr);
+    SetViewportExtEx(c.dc(), 20, 30, nullptr);
+    SetWindowOrgEx(c.dc(), 5, 6, nullptr);
+    EXPECT_EQ(Draw_Cont_Rgn_MM_TEXT(c.dc(), rgn, RGB(0, 255, 0), CLR_INVALID), 1);
     SIZE ext;
     POINT org;
-    GetViewportExtEx(c.dc, &ext);
-    GetWindowOrgEx(c.dc, &org);
-    EXPECT_EQ(GetMapMode(c.dc), MM_ANISOTROPIC);
+    GetViewportExtEx(c.dc(), &ext);
+    GetWindowOrgEx(c.dc(), &org);
+    EXPECT_EQ(GetMapMode(c.dc()), MM_ANISOTROPIC);
     EXPECT_EQ(ext.cx * 100 + ext.cy, 2030);
     EXPECT_EQ(org.x * 100 + org.y, 506);
-    SetMapMode(c.dc, MM_TEXT);
-    SetWindowOrgEx(c.dc, 0, 0, nullptr);
+    SetMapMode(c.dc(), MM_TEXT);
+    SetWindowOrgEx(c.dc(), 0, 0, nullptr);
     for (int y = 0; y < kH; y += 7) {
       for (int x = 0; x < kW; x += 7) {
         if (PtInRegion(rgn, x, y)) {
-          ASSERT_EQ(GetPixel(c.dc, x, y), RGB(0, 255, 0));
+          ASSERT_EQ(GetPixel(c.dc(), x, y), RGB(0, 255, 0));
         }
       }
     }
@@ -130,19 +115,19 @@ TEST(Region, BadInput) {
   long objects = GdiObjectCount();
   {
     Section sec;
-    Canvas c;
-    EXPECT_EQ(Create_Surface_Rgn(nullptr, c.dc, &sec.cs), nullptr);
-    EXPECT_EQ(Create_Surface_Rgn(&sec.s.s, c.dc, nullptr), nullptr);
+    Surface c(kW, kH);
+    EXPECT_EQ(Create_Surface_Rgn(nullptr, c.dc(), &sec.cs), nullptr);
+    EXPECT_EQ(Create_Surface_Rgn(&sec.s.s, c.dc(), nullptr), nullptr);
     EXPECT_EQ(Create_Surface_Rgn1(&sec.s.s, nullptr, &sec.cs.window), nullptr);
     Coord_Syst flat = sec.cs;
     flat.world.h = 0;
-    EXPECT_EQ(Create_Surface_Rgn(&sec.s.s, c.dc, &flat), nullptr);
+    EXPECT_EQ(Create_Surface_Rgn(&sec.s.s, c.dc(), &flat), nullptr);
     EXPECT_EQ(Draw_Surface(&sec.s.s, nullptr, &sec.cs, 0, 0), 0);
-    EXPECT_EQ(Draw_Cont_Rgn_MM_TEXT(c.dc, nullptr, 0, 0), 0);
+    EXPECT_EQ(Draw_Cont_Rgn_MM_TEXT(c.dc(), nullptr, 0, 0), 0);
     EXPECT_EQ(Draw_Cont_Rgn_MM_TEXT(nullptr, nullptr, 0, 0), 0);
     // An empty surface gives an empty region.
-    Surface none;
-    HRGN empty = Create_Surface_Rgn(&none.s, c.dc, &sec.cs);
+    Surface_Record none;
+    HRGN empty = Create_Surface_Rgn(&none.s, c.dc(), &sec.cs);
     RECT box;
     EXPECT_EQ(GetRgnBox(empty, &box), NULLREGION);
     DeleteObject(empty);

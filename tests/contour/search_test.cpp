@@ -116,15 +116,13 @@ TEST_F(Search, ChainsSegmentsAndArcsFromTheStartOnly) {
   EXPECT_TRUE(Chain(poly).empty());
   EXPECT_TRUE(boxes.shown().empty());
 
+  // The next element from a point: its index, and its far end.
   HGLOBAL next = 0;
   double x = 0, y = 0;
   EXPECT_EQ(Find_Next_ContEl(&a_, 0, t0, 4, 0, &next, &x, &y), 4);
   EXPECT_TRUE(next == t1 && x == 0 && y == 3);
-  EXPECT_EQ(Find_Next_ContEl(&a_, 0, 0, 0.0005, 0.0005, nullptr, &x, nullptr), 3);
-  EXPECT_EQ(x, 4);
-  for (int start : {-1, 5, 1 << 30}) {
+  for (int start : {-1, 5, 1 << 30})
     EXPECT_EQ(Find_Next_ContEl(&a_, start, t0, 4, 0, &next, &x, &y), -1);
-  }
   EXPECT_EQ(Find_Next_ContEl(nullptr, 0, 0, 0, 0, &next, &x, &y), -1);
 }
 
@@ -157,10 +155,10 @@ TEST_F(Search, BadInputGivesAnEmptyRecord) {
   Delete_Element(circle);
   EXPECT_TRUE(Chain(circle).empty());
   EXPECT_TRUE(boxes.guard_shown(1));
-  EXPECT_EQ(Search_Contour(nullptr, s, &c_), 0);
-  EXPECT_EQ(Search_Contour(&a_, s, nullptr), 0);
   Objects_Array_Type empty{};
-  EXPECT_EQ(Search_Contour(&empty, s, &c_), 0);
+  EXPECT_EQ(Search_Contour(nullptr, s, &c_) + Search_Contour(&a_, s, nullptr) +
+                Search_Contour(&empty, s, &c_),
+            0);
   circle = Add(Create_Circle(0, 0, 1));
   for (long n : {1, 2}) {  // the record's block, the contour element
     SetGlobalAllocFailure(n);

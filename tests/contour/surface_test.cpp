@@ -17,63 +17,39 @@ constexpr double kPi = std::numbers::pi;
 
 TEST(Containment, SquareTriangleAndCircle) {
   Drawing d;
-  Contour square(d.Square(0, 0, 1));
-  EXPECT_EQ(square.In(0.5, 0.5), 1);
-  EXPECT_EQ(square.In(1.5, 0.5), 0);
-  EXPECT_EQ(square.In(-0.5, 0.5), 0);
-  // Level with the horizontal edges: the ray runs through two vertices and
-  // is moved up 1e-10, into the square at y = 0 and out of it at y = 1.
-  EXPECT_EQ(square.In(0.5, 0.0), 1);
-  EXPECT_EQ(square.In(0.5, 1.0), 0);
-  EXPECT_EQ(square.In(2.0, 0.0), 0);
-
-  Contour triangle(d.Polygon({{0, 0}, {4, 0}, {2, 3}}));
-  EXPECT_EQ(triangle.In(3, 3), 0);  // level with the apex, ray through it
-  EXPECT_EQ(triangle.In(1, 3), 0);
-  EXPECT_EQ(triangle.In(2, 2.999), 1);
-
-  Contour circle({d.Circle(0, 0, 1)});
-  EXPECT_EQ(circle.In(0, 0), 1);
-  EXPECT_EQ(circle.In(2, 0), 0);
-  EXPECT_EQ(circle.In(-2, 0), 0);
-  EXPECT_EQ(circle.In(0.5, 1), 0);  // on the tangent: both crossings count
-  EXPECT_EQ(circle.In(0, 1 - 1e-9), 1);
-  EXPECT_EQ(circle.In(0, -1 - 1e-9), 0);
+  // Level with the horizontal edges of the square the ray runs through two
+  // vertices and is moved up 1e-10: into the square at y = 0, out at y = 1.
+  Contour(d.Square(0, 0, 1))
+      .Expect({{0.5, 0.5, 1}, {1.5, 0.5, 0}, {-0.5, 0.5, 0}, {0.5, 0, 1}, {0.5, 1, 0}, {2, 0, 0}});
+  // Level with the apex, the ray through it.
+  Contour(d.Polygon({{0, 0}, {4, 0}, {2, 3}})).Expect({{3, 3, 0}, {1, 3, 0}, {2, 2.999, 1}});
+  // On the tangent y = 1 both crossings count.
+  Contour({d.Circle(0, 0, 1)})
+      .Expect({{0, 0, 1}, {2, 0, 0}, {-2, 0, 0}, {0.5, 1, 0}, {0, 1 - 1e-9, 1}, {0, -1 - 1e-9, 0}});
 }
 
 TEST(Containment, ArcsAndTheirEnds) {
   Drawing d;
-  // A "D": right half circle closed by its diameter on the y axis.
-  HGLOBAL arc = d.Arc(0, 0, 1, -kPi / 2, kPi / 2);
-  Contour dee({arc, d.Seg(0, 1, 0, -1)});
-  EXPECT_EQ(dee.In(0.5, 0), 1);
-  EXPECT_EQ(dee.In(1.5, 0), 0);
-  EXPECT_EQ(dee.In(-0.5, 0), 0);
-  EXPECT_EQ(dee.In(0.5, 1), 0);   // level with the ends
-  EXPECT_EQ(dee.In(0.5, -1), 0);  // level with the lowest point, the tangent
-  EXPECT_EQ(dee.In(0.999, 0.04), 1);
-  EXPECT_EQ(dee.In(1.001, 0.04), 0);
+  // A "D": right half circle closed by its diameter on the y axis; level
+  // with its ends, and with its lowest point (the tangent).
+  Contour dee({d.Arc(0, 0, 1, -kPi / 2, kPi / 2), d.Seg(0, 1, 0, -1)});
+  dee.Expect({{0.5, 0, 1}, {1.5, 0, 0}, {-0.5, 0, 0}, {0.5, 1, 0}, {0.5, -1, 0}});
+  dee.Expect({{0.999, 0.04, 1}, {1.001, 0.04, 0}});
 
   // A circle split at angle pi, its joint stored as cos(pi), sin(pi) =
   // (-1, 1.2e-16): a ray at y = 0 passes a rounding hair below the joint and
   // must cross one of the two arcs there, not both.
-  Contour halves({d.Arc(0, 0, 1, 0, kPi, false), d.Arc(0, 0, 1, kPi, 2 * kPi, false)});
-  EXPECT_EQ(halves.In(0.5, 0), 1);
-  EXPECT_EQ(halves.In(-0.5, 0), 1);
-  EXPECT_EQ(halves.In(-1.5, 0), 0);
-  EXPECT_EQ(halves.In(0, 1e-17), 1);
+  Contour({d.Arc(0, 0, 1, 0, kPi, false), d.Arc(0, 0, 1, kPi, 2 * kPi, false)})
+      .Expect({{0.5, 0, 1}, {-0.5, 0, 1}, {-1.5, 0, 0}, {0, 1e-17, 1}});
 
   // Joints exactly on the ray, met as the arcs' second crossings: passing
   // through counts half from each arc...
-  Contour exact({d.Arc(0, 0, 1, 0, kPi), d.Arc(0, 0, 1, kPi, 2 * kPi)});
-  EXPECT_EQ(exact.In(0.5, 0), 1);
-  EXPECT_EQ(exact.In(1.5, 0), 0);
+  Contour({d.Arc(0, 0, 1, 0, kPi), d.Arc(0, 0, 1, kPi, 2 * kPi)})
+      .Expect({{0.5, 0, 1}, {1.5, 0, 0}});
   // ... turning back at the bottom of both arcs counts once from each: two
   // upper half circles touching at (0, 0), closed along y = 0 from 2 to 4.
-  Contour crescent({d.Arc(2, 0, 2, 0, kPi), d.Arc(1, 0, 1, 0, kPi), d.Seg(2, 0, 4, 0)});
-  EXPECT_EQ(crescent.In(1, 0), 0);
-  EXPECT_EQ(crescent.In(3, 0.5), 1);
-  EXPECT_EQ(crescent.In(1, 0.5), 0);
+  Contour({d.Arc(2, 0, 2, 0, kPi), d.Arc(1, 0, 1, 0, kPi), d.Seg(2, 0, 4, 0)})
+      .Expect({{1, 0, 0}, {3, 0.5, 1}, {1, 0.5, 0}});
 }
 
 // Winding number of the outline about P: segments by the angle they
@@ -159,50 +135,44 @@ TEST(Containment, RandomStarsAgreeWithWindingNumber) {
   EXPECT_GT(checked, 60 * 190);
 }
 
-TEST(Surface, SquareWithSquareHole) {
-  Leak_Check leaks;
-  Drawing d;
-  auto outer = d.Square(0, 0, 10);
-  auto hole = d.Square(2, 2, 6);
-  {
-    Surface s;
-    EXPECT_EQ(s.Outer(outer), 0);
-    EXPECT_EQ(s.Hole(hole), 0);
-    EXPECT_EQ(Is_Point_In_Surface(&s.s, 5, 5), 0);
-    EXPECT_EQ(Is_Point_In_Surface(&s.s, 1, 5), 1);
-    EXPECT_EQ(Is_Point_In_Surface(&s.s, 11, 5), 0);
-    EXPECT_EQ(Is_Ext_Surface_El(&s.s, outer[2], 0, 1), 0);
-    EXPECT_EQ(Is_Ext_Surface_El(&s.s, hole[2], 0, 1), -1);
-    EXPECT_EQ(Is_Int_Surface_El(&s.s, hole[2], 0, 1), 0);
-    EXPECT_EQ(Is_Int_Surface_El(&s.s, hole[2], 1, 1), -1);
-    EXPECT_EQ(Is_Surface_El(&s.s, hole[3]), 1);
-    EXPECT_EQ(Is_Surface_El(&s.s, d.Seg(0, 0, 1, 1)), 0);
-
-    double l = 0, t = 0, r = 0, b = 0;
-    EXPECT_EQ(Get_Surface_Extern_Rect(&s.s, &l, &t, &r, &b), 1);
-    EXPECT_EQ((std::vector<double>{l, t, r, b}), (std::vector<double>{0, 10, 10, 0}));
-    EXPECT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, kPi / 4, &l, &t, &r, &b), 1);
-    EXPECT_NEAR(r - l, 10 * std::sqrt(2.0), 1e-12);
-    EXPECT_NEAR(t - b, 10 * std::sqrt(2.0), 1e-12);
-    EXPECT_NEAR(l, 0, 1e-12);  // the corner (0, 0) stays; (0, 10) turns to x = 7.07
-    Delete_Surface(&s.s);
-    EXPECT_EQ(s.s.outer_count + s.s.hole_count + s.s.outers + s.s.holes, 0u);
-  }
+// The outer rectangle in axes turned by `angle`.
+std::vector<double> Turned_Rect(Surface_Type* s, double angle) {
+  std::vector<double> q(4);
+  EXPECT_EQ(Get_Surface_Extern_Angled_Rect(s, angle, &q[0], &q[1], &q[2], &q[3]), 1);
+  return q;
 }
 
-TEST(Surface, ArcRectanglesInTurnedAxes) {
+TEST(Surface, MembershipAndOuterRectangles) {
+  Leak_Check leaks;
   Drawing d;
-  Surface s;
+  auto outer = d.Square(0, 0, 10), hole = d.Square(2, 2, 6);
+  Surface_Record s;
+  EXPECT_EQ(s.Outer(outer) + s.Hole(hole), 0);
+  s.Expect({{5, 5, 0}, {1, 5, 1}, {11, 5, 0}});
+  EXPECT_EQ(Is_Ext_Surface_El(&s.s, outer[2], 0, 1), 0);
+  EXPECT_EQ(Is_Ext_Surface_El(&s.s, hole[2], 0, 1), -1);
+  EXPECT_EQ(Is_Int_Surface_El(&s.s, hole[2], 0, 1), 0);
+  EXPECT_EQ(Is_Int_Surface_El(&s.s, hole[2], 1, 1), -1);
+  EXPECT_TRUE(Is_Surface_El(&s.s, hole[3]) == 1 && Is_Surface_El(&s.s, d.Seg(0, 0, 1, 1)) == 0);
+  std::vector<double> q(4);
+  EXPECT_EQ(Get_Surface_Extern_Rect(&s.s, &q[0], &q[1], &q[2], &q[3]), 1);
+  EXPECT_EQ(q, (std::vector<double>{0, 10, 10, 0}));
+  // Turned by pi/4 the corner (0, 0) stays and (0, 10) turns to x = 7.07.
+  q = Turned_Rect(&s.s, kPi / 4);
+  const double side = 10 * std::sqrt(2.0);
+  EXPECT_TRUE(std::fabs(q[0]) < 1e-12 && std::fabs(q[2] - side) < 1e-12 &&
+              std::fabs(q[1] - q[3] - side) < 1e-12);
+  Delete_Surface(&s.s);
+  EXPECT_EQ(s.s.outer_count + s.s.hole_count + s.s.outers + s.s.holes, 0u);
+
+  // A half disc x >= 0 of radius 2: unturned axes give the plain rectangle;
+  // turned a quarter it lies at y' <= 0.
   s.Outer({d.Arc(0, 0, 2, -kPi / 2, kPi / 2), d.Seg(0, 2, 0, -2)});
-  double l, t, r, b, l0, t0, r0, b0;
-  ASSERT_EQ(Get_Surface_Extern_Rect(&s.s, &l0, &t0, &r0, &b0), 1);
-  ASSERT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, 0, &l, &t, &r, &b), 1);
-  EXPECT_EQ((std::vector<double>{l, t, r, b}), (std::vector<double>{l0, t0, r0, b0}));
-  // Axes turned a quarter: the half disc x >= 0 lies at y' <= 0.
-  ASSERT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, kPi / 2, &l, &t, &r, &b), 1);
-  for (auto [got, want] : {std::pair{l, -2.0}, {r, 2.0}, {b, -2.0}, {t, 0.0}}) {
-    EXPECT_NEAR(got, want, 1e-12);
-  }
+  EXPECT_EQ(Get_Surface_Extern_Rect(&s.s, &q[0], &q[1], &q[2], &q[3]), 1);
+  EXPECT_EQ(Turned_Rect(&s.s, 0), q);
+  q = Turned_Rect(&s.s, kPi / 2);
+  const double want[4] = {-2, 0, 2, -2};
+  for (int i = 0; i < 4; ++i) EXPECT_NEAR(q[i], want[i], 1e-12) << i;
 }
 
 TEST(Surface, BadInputGivesFailureValues) {
@@ -216,9 +186,8 @@ TEST(Surface, BadInputGivesFailureValues) {
   double l = 7;
   EXPECT_EQ(Get_Surface_Extern_Rect(nullptr, &l, &l, &l, &l), 0);
   Delete_Surface(nullptr);
-  Surface s;
-  EXPECT_EQ(Get_Surface_Extern_Angled_Rect(&s.s, 1, &l, &l, &l, &l), 0);
-  EXPECT_EQ(l, 7);
+  Surface_Record s;
+  EXPECT_TRUE(Get_Surface_Extern_Angled_Rect(&s.s, 1, &l, &l, &l, &l) == 0 && l == 7);
   HGLOBAL kept = Contour_Block({});
   EXPECT_EQ(Add_Surface_Contour(nullptr, kept, 0), -1);  // the caller keeps it
   GlobalFree(kept);
@@ -237,8 +206,7 @@ TEST(Surface, BadInputGivesFailureValues) {
   EXPECT_EQ(c.In(0.5, 0.5), 0);
   EXPECT_TRUE(boxes.guard_shown(1));
   // A record claiming more than its block holds reads no further.
-  s.s.outer_count = 1000;
-  s.s.outer_capacity = 1000;
+  s.s.outer_count = s.s.outer_capacity = 1000;
   EXPECT_EQ(Is_Point_In_Surface(&s.s, 0.5, 0.5), 0);
   s.s.outer_count = s.s.outer_capacity = 0;
 }
@@ -259,22 +227,24 @@ TEST(Surface, FromObjectsFilesOutersAndHoles) {
   d.Add(Create_Polyline(3, px, py));  // a polyline beside the chain
   d.Arc(30, 0, 1, 0, kPi);            // an arc and its diameter: a half disc
   d.Seg(29, 0, 31, 0);
-  Surface s;
+  Surface_Record s;
   EXPECT_EQ(Make_Surface_From_Objects(&d.a, &s.s), 5);
-  EXPECT_EQ(s.s.outer_count, 3);
-  EXPECT_EQ(s.s.hole_count, 2);
+  EXPECT_TRUE(s.s.outer_count == 3 && s.s.hole_count == 2);
   EXPECT_EQ(Is_Ext_Surface_El(&s.s, outer[1], 0, 1), 0);
   EXPECT_EQ(Is_Ext_Surface_El(&s.s, island[0], 0, 1), 1);
   EXPECT_EQ(Is_Int_Surface_El(&s.s, ring, 0, 1), 1);
-  EXPECT_EQ(Is_Point_In_Surface(&s.s, 1, 5), 1);
-  EXPECT_EQ(Is_Point_In_Surface(&s.s, 6, 3), 0);
-  EXPECT_EQ(Is_Point_In_Surface(&s.s, 20.5, 0.5), 1);
-  EXPECT_EQ(Is_Point_In_Surface(&s.s, 22, 2), 0);
-  EXPECT_EQ(Is_Point_In_Surface(&s.s, 30, 0.5), 1);
+  s.Expect({{1, 5, 1}, {6, 3, 0}, {20.5, 0.5, 1}, {22, 2, 0}, {30, 0.5, 1}});
   // Filing again empties the surface first; nothing is used twice.
   EXPECT_EQ(Make_Surface_From_Objects(&d.a, &s.s), 5);
   EXPECT_EQ(s.s.outer_count + s.s.hole_count, 5);
   EXPECT_TRUE(boxes.shown().empty());
+
+  // Two squares side by side, drawn as a rectangle and the bar between them:
+  // once one contour has taken the bar, the other square cannot close.
+  Drawing two;
+  two.Polygon({{0, 0}, {1, 0}, {2, 0}, {2, 1}, {1, 1}, {0, 1}});
+  two.Seg(1, 0, 1, 1);
+  EXPECT_TRUE(Make_Surface_From_Objects(&two.a, &s.s) == 1 && s.s.outer_count == 1);
 }
 
 // A failed allocation anywhere while filing: no block lost, and never holes
@@ -286,7 +256,7 @@ TEST(Surface, FromObjectsUnderFailingAllocation) {
   d.Square(2, 2, 2);
   d.Circle(6, 6, 1);
   for (long n = 1; n < 60; ++n) {
-    Surface s;
+    Surface_Record s;
     SetGlobalAllocFailure(n);
     int filed = Make_Surface_From_Objects(&d.a, &s.s);
     SetGlobalAllocFailure(0);
@@ -294,18 +264,6 @@ TEST(Surface, FromObjectsUnderFailingAllocation) {
     // Never holes without the outline around them.
     EXPECT_EQ(s.s.outer_count, filed > 0 ? 1 : 0) << n;
   }
-}
-
-// Two squares side by side, drawn as a rectangle and the bar between them:
-// once one contour has taken the bar, the other square cannot close.
-TEST(Surface, FromObjectsUsesEachElementOnce) {
-  Leak_Check leaks;
-  Drawing d;
-  d.Polygon({{0, 0}, {1, 0}, {2, 0}, {2, 1}, {1, 1}, {0, 1}});
-  d.Seg(1, 0, 1, 1);
-  Surface s;
-  EXPECT_EQ(Make_Surface_From_Objects(&d.a, &s.s), 1);
-  EXPECT_EQ(s.s.outer_count, 1);
 }
 
 }  // namespace

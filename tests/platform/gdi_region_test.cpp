@@ -4,7 +4,7 @@
 #include <climits>
 #include <random>
 
-#include "surface.h"
+#include "support/surface.h"
 
 namespace {
 
@@ -59,24 +59,19 @@ TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
       const int type = CombineRgn(out, a, b, mode);
       EXPECT_EQ(Members(out), want) << "mode " << mode;
       // The type and box follow from the set.
-      RECT box;
-      EXPECT_EQ(GetRgnBox(out, &box), type);
-      if (want.empty()) {
-        EXPECT_EQ(type, NULLREGION);
-        EXPECT_TRUE(box.left == 0 && box.top == 0 && box.right == 0 && box.bottom == 0);
-      } else {
-        int l = INT_MAX, t = INT_MAX, r = INT_MIN, btm = INT_MIN;
-        for (auto [x, y] : want) {
-          l = std::min(l, x), t = std::min(t, y), r = std::max(r, x + 1),
-          btm = std::max(btm, y + 1);
-        }
-        EXPECT_EQ(box.left, l);
-        EXPECT_EQ(box.top, t);
-        EXPECT_EQ(box.right, r);
-        EXPECT_EQ(box.bottom, btm);
-        const bool rect = want.size() == static_cast<size_t>(r - l) * (btm - t);
-        EXPECT_EQ(type, rect ? SIMPLEREGION : COMPLEXREGION);
+      RECT box, want_box{0, 0, 0, 0};
+      if (!want.empty()) want_box = {kGrid, kGrid, -kGrid, -kGrid};
+      for (auto [x, y] : want) {
+        want_box = {std::min<LONG>(want_box.left, x), std::min<LONG>(want_box.top, y),
+                    std::max<LONG>(want_box.right, x + 1), std::max<LONG>(want_box.bottom, y + 1)};
       }
+      const size_t area = size_t(want_box.right - want_box.left) * (want_box.bottom - want_box.top);
+      EXPECT_EQ(GetRgnBox(out, &box), type);
+      EXPECT_TRUE(box.left == want_box.left && box.top == want_box.top &&
+                  box.right == want_box.right && box.bottom == want_box.bottom);
+      EXPECT_EQ(type, want.empty()          ? NULLREGION
+                      : want.size() == area ? SIMPLEREGION
+                                            : COMPLEXREGION);
       // Equal sets have equal regions however they were built.
       HRGN again = CreateRectRgn(0, 0, 0, 0);
       CombineRgn(again, b, a, mode);
@@ -96,48 +91,39 @@ TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
   }
 }
 
-TEST(GdiRegion, ShapesMatchTheFiguresTheyStandFor) {
+TEST(GdiRegion, ShapesMatchTheirFiguresAndFillOffsetAndFrame) {
   // An elliptic region is the pixels of Ellipse with a pen; a polygon region
-  // the fill of Polygon with a null pen.
+  // the fill of Polygon with a null pen; FillRgn paints the members.
   Surface s(40, 30);
-  Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
-  Ellipse(s.dc(), 3, 2, 36, 27);
-  HRGN e = CreateEllipticRgn(3, 2, 36, 27);
-  EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
-  s.Clear(RGB(255, 255, 255));
   const POINT tri[] = {{2, 3}, {37, 12}, {9, 28}};
+  HRGN e = CreateEllipticRgn(3, 2, 36, 27), p = CreatePolygonRgn(tri, 3, ALTERNATE);
   {
+    Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
+    Ellipse(s.dc(), 3, 2, 36, 27);
+    EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
+    s.Clear(RGB(255, 255, 255));
     Selected pen(s.dc(), Stock(NULL_PEN), false);
     Polygon(s.dc(), tri, 3);
+    EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
   }
-  HRGN p = CreatePolygonRgn(tri, 3, ALTERNATE);
-  EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
   EXPECT_EQ(CreatePolygonRgn(tri, 3, 7), nullptr);
   EXPECT_EQ(CreatePolygonRgn(nullptr, 3, ALTERNATE), nullptr);
   // Too many rows of varying shape is refused rather than allocated.
   EXPECT_EQ(CreateEllipticRgn(0, -100000000, 10, 100000000), nullptr);
-  DeleteObject(e);
-  DeleteObject(p);
-}
 
-TEST(GdiRegion, OffsetFillAndFrame) {
   HRGN r = CreateRectRgn(2, 2, 10, 8);
   EXPECT_EQ(OffsetRgn(r, 1, -1), SIMPLEREGION);
   EXPECT_TRUE(PtInRegion(r, 3, 1) && PtInRegion(r, 10, 6) && !PtInRegion(r, 11, 6));
   EXPECT_EQ(OffsetRgn(r, INT_MAX, 0), ERROR);  // would leave 32 bits: unchanged
   EXPECT_TRUE(PtInRegion(r, 3, 1));
   OffsetRgn(r, -1, 1);
-
-  Surface s(14, 12);
-  FillRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
-  EXPECT_EQ(s.Where(RGB(0, 0, 0)), Members(r));
-  s.Clear(RGB(255, 255, 255));
   // A frame two columns and one row thick: 8 x 6 minus its 4 x 4 inside.
+  s.Clear(RGB(255, 255, 255));
   ASSERT_TRUE(FrameRgn(s.dc(), r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)), 2, 1));
   const Pixel_Set frame = s.Where(RGB(0, 0, 0));
   EXPECT_EQ(frame.size(), 48u - 16u);
   EXPECT_TRUE(frame.count({3, 5}) && !frame.count({4, 5}) && frame.count({5, 2}));
-  DeleteObject(r);
+  for (HRGN h : {e, p, r}) DeleteObject(h);
 }
 
 TEST(GdiRegion, ClippingDrawsExactlyTheInRegionPart) {

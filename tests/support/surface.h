@@ -1,4 +1,5 @@
-// A memory context with a bitmap, made the Win32 way, for pixel tests.
+// A memory context with a bitmap, made the Win32 way, for pixel tests, and
+// a view of it in world coordinates.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -91,4 +92,14 @@ class Selected {
 
 inline HGDIOBJ Stock(int i) {
   return GetStockObject(i);
+}
+
+// A view of w x h pixels showing the world (0, 0)-(world_w, world_h), y up.
+inline Coord_Syst World_View(int w, int h, double world_w, double world_h) {
+  Coord_Syst cs{};
+  cs.vp_ext_x = w;
+  cs.vp_ext_y = h;
+  cs.window = Logical_Window{0, h, w, -h};
+  cs.world = World_Window{0, 0, world_w, world_h};
+  return cs;
 }
