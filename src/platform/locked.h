@@ -7,15 +7,16 @@
 
 #include <cstddef>
 
+#include "platform/memory_internal.h"
 #include "tessaline/platform/memory.h"
 
 template <class T>
 class Locked {
  public:
   explicit Locked(HGLOBAL h) : handle_(h) {
-    void* p = h ? GlobalLock(h) : nullptr;
+    SIZE_T bytes = 0;
+    void* p = h ? Global_Lock_Sized(h, &bytes) : nullptr;
     if (!p) return;
-    SIZE_T bytes = GlobalSize(h);
     if (bytes < sizeof(T)) {
       GlobalUnlock(h);
       return;

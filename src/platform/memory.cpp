@@ -1,6 +1,8 @@
 // The handle table behind GlobalAlloc and its companions.
 #include "tessaline/platform/memory.h"
 
+#include "platform/memory_internal.h"
+
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -100,6 +102,19 @@ void* GlobalLock(HGLOBAL h) {
   Slot* s = find(t, h);
   if (!s || s->size == 0) return nullptr;
   if (s->locks < 255) ++s->locks;
+  return s->data;
+}
+
+void* Global_Lock_Sized(HGLOBAL h, SIZE_T* bytes) {
+  Table& t = table();
+  std::lock_guard<std::mutex> guard(t.mutex);
+  Slot* s = find(t, h);
+  if (!s || s->size == 0) {
+    *bytes = 0;
+    return nullptr;
+  }
+  if (s->locks < 255) ++s->locks;
+  *bytes = s->size;
   return s->data;
 }
 
