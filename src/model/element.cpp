@@ -178,13 +178,26 @@ Copy_Slots Copy_Slots_For(int32_t ct) {
   }
 }
 
-// The values of a block of T, bounded by the block's size.
+// The first n values of a block of T, zero past the block's end.
 template <class T>
 std::vector<T> Read_Block(HGLOBAL h, size_t n) {
   std::vector<T> out(n);
   Locked<T> b(h);
   for (size_t i = 0; i < n && b.holds(static_cast<long long>(i)); ++i) out[i] = b[i];
   return out;
+}
+
+// How many whole T a block holds (0 for one that does not lock).
+template <class T>
+size_t Block_Count(HGLOBAL h) {
+  return static_cast<size_t>(GlobalSize(h) / sizeof(T));
+}
+
+// The node count a compound record claims, bounded by what its blocks hold:
+// a record whose count lies is copied with the nodes that really exist.
+size_t Real_Node_Count(int32_t claimed, size_t held) {
+  size_t n = claimed > 0 ? static_cast<size_t>(claimed) : 0;
+  return std::min(n, held);
 }
 
 // Copies min(sizes) bytes from block `from` into block `to`.
@@ -212,25 +225,26 @@ HGLOBAL Copy_Geometry(const Element_Record& src) {
     return h;
   }
   if (src.type == EL_POLYLINE) {
-    size_t n = src.u.poly.n > 0 ? static_cast<size_t>(src.u.poly.n) : 0;
+    size_t n = Real_Node_Count(src.u.poly.n, Block_Count<double>(src.u.poly.nodes) / 2);
     std::vector<double> xy = Read_Block<double>(src.u.poly.nodes, 2 * n);
     std::vector<double> x(n), y(n);
     for (size_t i = 0; i < n; ++i) {
       x[i] = xy[2 * i];
       y[i] = xy[2 * i + 1];
     }
-    HGLOBAL h = Create_Polyline(src.u.poly.n, x.data(), y.data());
+    HGLOBAL h = Create_Polyline(static_cast<int32_t>(n), x.data(), y.data());
     Locked_Element d(h);
     if (d) Copy_Bytes(static_cast<HGLOBAL>(src.attr), static_cast<HGLOBAL>(d->attr));
     return h;
   }
   if (src.type == EL_SPLINE) {
-    size_t n = src.u.spline.n > 0 ? static_cast<size_t>(src.u.spline.n) : 0;
+    size_t n = Real_Node_Count(src.u.spline.n, std::min(Block_Count<double>(src.u.spline.x),
+                                                        Block_Count<double>(src.u.spline.y)));
     std::vector<double> x = Read_Block<double>(src.u.spline.x, n);
     std::vector<double> y = Read_Block<double>(src.u.spline.y, n);
     std::vector<double> m1 = Read_Block<double>(src.u.spline.m1, n);
     std::vector<double> m2 = Read_Block<double>(src.u.spline.m2, n);
-    HGLOBAL h = Create_Spline(src.u.spline.n, x.data(), y.data(), m1.data(), m2.data());
+    HGLOBAL h = Create_Spline(static_cast<int32_t>(n), x.data(), y.data(), m1.data(), m2.data());
     Locked_Element d(h);
     if (d) Copy_Bytes(static_cast<HGLOBAL>(src.attr), static_cast<HGLOBAL>(d->attr));
     return h;

@@ -1,0 +1,150 @@
+// A host that passes garbage: stale and made-up handles, blocks that are not
+// records, records whose counts and inner handles lie, arrays whose counts
+// lie, extreme indexes. Every call must answer with a failure value or a
+// bounded result; the sanitizer build turns any read or write outside a
+// block into a failure here.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "support/capture.h"
+#include "support/surface.h"
+
+namespace {
+
+// A record whose fields are overwritten after construction.
+HGLOBAL Corrupt(HGLOBAL h, void (*edit)(Element_Record&)) {
+  edit(*static_cast<Element_Record*>(GlobalLock(h)));
+  GlobalUnlock(h);
+  return h;
+}
+
+}  // namespace
+
+TEST(HostileHost, GarbageHandlesIndexesAndArraysNeverEscapeTheirBlocks) {
+  Box_Capture boxes;  // guard boxes are expected; keep them off the terminal
+  std::mt19937 rng(20261122);
+  std::vector<HGLOBAL> blocks;  // every block made here, freed at the end
+  const double xs[5] = {0, 10, 10, 0, 0}, ys[5] = {0, 0, 10, 10, 0};
+
+  // Sound elements of every type.
+  std::vector<HGLOBAL> pool = {Create_Point(1, 2),         Create_Line(0, 0, 10, 0),
+                               Create_Polyline(5, xs, ys), Create_Circle(5, 5, 3),
+                               Create_Arc(5, 5, 3, 0, 2),  Create_Spline(5, xs, ys, xs, ys)};
+  Set_Arc_Ends(pool[4], 8, 5, 5 + 3 * std::cos(2.0), 5 + 3 * std::sin(2.0));
+  // Records that lie: counts far beyond their blocks, inner handles that are
+  // stale, made up, or another element's record.
+  HGLOBAL freed = GlobalAlloc(GHND, 64);
+  GlobalFree(freed);
+  pool.push_back(
+      Corrupt(Create_Polyline(2, xs, ys), [](Element_Record& r) { r.u.poly.n = INT_MAX; }));
+  pool.push_back(Corrupt(Create_Spline(3, xs, ys, nullptr, nullptr),
+                         [](Element_Record& r) { r.u.spline.n = 1 << 20; }));
+  HGLOBAL lying_nodes = Create_Polyline(3, xs, ys);
+  HGLOBAL lost_nodes = Corrupt(Create_Polyline(3, xs, ys), [](Element_Record& r) {
+    r.u.poly.nodes = 0xDEAD0001;
+    r.attr = 7;
+  });
+  pool.push_back(lost_nodes);
+  pool.push_back(lying_nodes);
+  HGLOBAL wrong_block = Create_Spline(4, xs, ys, nullptr, nullptr);
+  {
+    auto* r = static_cast<Element_Record*>(GlobalLock(wrong_block));
+    r->u.spline.x = pool[0];  // a point record as the x block
+    r->u.spline.n = 1000;
+    GlobalUnlock(wrong_block);
+  }
+  pool.push_back(wrong_block);
+  pool.push_back(Corrupt(Create_Line(0, 0, 1, 1), [](Element_Record& r) { r.type = 77; }));
+  pool.push_back(Corrupt(Create_Line(0, 0, 1, 1), [](Element_Record& r) { r.type = -3; }));
+  pool.push_back(GlobalAlloc(GHND, 12));  // a block too small to be a record
+  pool.push_back(GlobalAlloc(GHND, 0));
+  for (HGLOBAL h : pool) blocks.push_back(h);
+  pool.insert(pool.end(), {HGLOBAL{0}, freed, HGLOBAL{0xFFFFFFFF}, HGLOBAL{0x00400001}});
+
+  const int indexes[] = {0, 1, 2, 4, 5, 9, -1, -7, INT_MAX, INT_MIN, 1 << 20};
+  auto pick = [&] { return pool[rng() % pool.size()]; };
+  auto index = [&] { return indexes[rng() % std::size(indexes)]; };
+
+  Surface canvas(64, 64);
+  Coord_Syst cs{};
+  cs.world = {-5, -5, 30, 30};
+  cs.window = {0, 64, 64, -64};
+  COLORREF colours[11];
+  Set_Object_Colors(0, colours);
+
+  for (int step = 0; step < 20000; ++step) {
+    HGLOBAL h = pick();
+    double x = 0, y = 0, a = 0, b = 0;
+    switch (rng() % 14) {
+      case 0:
+        Get_Element_Type_by_Handle(h);
+        Get_Element_Attribute(h);
+        break;
+      case 1:
+        Set_Element_Select_Attribute(h, static_cast<int>(rng()));
+        break;
+      case 2:
+        Set_Element_Active_Attribute(h, index(), 1);
+        break;
+      case 3:
+        Set_Element_Edit_Attribute(h, index(), 1);
+        break;
+      case 4:
+        Get_El_Node_Coord_by_Handle(h, index(), &x, &y);
+        break;
+      case 5:
+        Set_Polyline_Node_Coord_by_Handle(h, index(), 1, 1);
+        break;
+      case 6:
+        Set_Spline_Node_Coord_by_Handle(h, index(), 1, 1);
+        break;
+      case 7:
+        Get_Parent(h, index());
+        Write_Parent(h, pick(), index());
+        break;
+      case 8:
+        Get_Element_Rect(h, &x, &y, &a, &b);
+        break;
+      case 9:
+        Calc_Spline_Coef(h);
+        break;
+      case 10:
+        Draw_Element(h, canvas.dc(), &cs, colours);
+        break;
+      case 11: {
+        HGLOBAL copy = Create_Element_Copy(h);
+        if (copy) Delete_Element(copy);  // a copy is built from bounded data
+        break;
+      }
+      case 12:
+        Cut_Parent_Link(h, pick());
+        Get_Polyline_Node_Num(h);
+        break;
+      default: {
+        // An array of random pool handles whose count may lie.
+        Objects_Array_Type array = {};
+        int n = 1 + static_cast<int>(rng() % 12);
+        for (int i = 0; i < n; ++i) Add_Element_In_Array_by_Handle(&array, pick());
+        if (rng() % 3 == 0) array.count = static_cast<int32_t>(rng() % 1000000);
+        Contour_Type contour = {};
+        Search_Contour(&array, pick(), &contour);
+        Delete_El_Contour(&contour);
+        Surface_Type surface = {};
+        Make_Surface_From_Objects(&array, &surface);
+        Is_Point_In_Surface(&surface, 5, 5);
+        Delete_Surface(&surface);
+        Draw_Objects(canvas.dc(), &cs, &array, colours);
+        Get_Element_Handle_by_Index(&array, index());
+        Get_Element_Index_by_Handle(&array, pick());
+        Delete_Element_by_Index(&array, index());
+        DeleteObjectsArray_Without_El_Deleting(&array);
+        break;
+      }
+    }
+  }
+  for (HGLOBAL h : blocks) GlobalFree(h);
+}
