@@ -138,6 +138,19 @@ TEST(HostileHost, GarbageHandlesIndexesAndArraysNeverEscapeTheirBlocks) {
         Is_Point_In_Surface(&surface, 5, 5);
         Delete_Surface(&surface);
         Draw_Objects(canvas.dc(), &cs, &array, colours);
+        // A contour and a surface whose counts and blocks lie.
+        Contour_Type lying_contour = {static_cast<int32_t>(rng() % 100),
+                                      static_cast<int32_t>(rng() % 100), pick()};
+        Is_Point_In_Contour(&lying_contour, 5, 5);
+        Find_Contour_Direction(&lying_contour, 0, &x, &y);
+        Surface_Type lying = {
+            static_cast<int32_t>(rng() % 50), static_cast<int32_t>(rng() % 50), pick(),
+            static_cast<int32_t>(rng() % 50), static_cast<int32_t>(rng() % 50), pick()};
+        Is_Point_In_Surface(&lying, 5, 5);
+        Get_Surface_Extern_Rect(&lying, &x, &y, &a, &b);
+        Is_Surface_El(&lying, pick());
+        CSurface_Segments segments;
+        Make_Surface_Segments_Extended(&lying, &segments, 0, 0, 1);
         Get_Element_Handle_by_Index(&array, index());
         Get_Element_Index_by_Handle(&array, pick());
         Delete_Element_by_Index(&array, index());
