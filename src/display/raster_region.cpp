@@ -55,12 +55,23 @@ HRGN Create_Polygon_Rgn_W(const Logical_Window* l, const World_Window* w, const 
   });
 }
 
+namespace {
+
+// The two world corners in device units of the context.
+void Device_Corners(HDC dc, const Coord_Syst* cs, double x1, double y1, double x2, double y2,
+                    POINT p[2]) {
+  p[0] = Map_Point(&cs->world, &cs->window, x1, y1);
+  p[1] = Map_Point(&cs->world, &cs->window, x2, y2);
+  LPtoDP(dc, p, 2);
+}
+
+}  // namespace
+
 HRGN Create_Rect_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x1, double y1,
                              double x2, double y2) {
   if (!cs) return nullptr;
-  POINT p[2] = {Map_Point(&cs->world, &cs->window, x1, y1),
-                Map_Point(&cs->world, &cs->window, x2, y2)};
-  LPtoDP(dc, p, 2);
+  POINT p[2];
+  Device_Corners(dc, cs, x1, y1, x2, y2, p);
   RECT client = {0, 0, 0, 0};
   GetClientRect(window, &client);
   Clamp_To_Client(&p[0], client);
@@ -71,9 +82,8 @@ HRGN Create_Rect_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x
 HRGN Create_Ellipse_Rgn_Clipped(HDC dc, HWND window, const Coord_Syst* cs, double x1, double y1,
                                 double x2, double y2) {
   if (!cs) return nullptr;
-  POINT p[2] = {Map_Point(&cs->world, &cs->window, x1, y1),
-                Map_Point(&cs->world, &cs->window, x2, y2)};
-  LPtoDP(dc, p, 2);
+  POINT p[2];
+  Device_Corners(dc, cs, x1, y1, x2, y2, p);
   return Clip_To_Client(window, CreateEllipticRgn(p[0].x, p[0].y, p[1].x, p[1].y));
 }
 
