@@ -6,6 +6,7 @@
 #include "tessaline/export.h"
 #include "tessaline/host.h"
 #include "tessaline/platform/platform.h"
+#include "tessaline/platform/progress.h"
 
 #include "tessaline/model/create.h"
 #include "tessaline/model/element.h"
@@ -29,3 +30,6 @@
 #include "tessaline/contour/contour.h"
 #include "tessaline/contour/segments.h"
 #include "tessaline/contour/surface.h"
+
+#include "tessaline/analysis/properties.h"
+#include "tessaline/analysis/split.h"
