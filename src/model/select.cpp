@@ -87,6 +87,7 @@ Hit Hit_Test(const Coord_Syst* cs, const Element_Record& e, double x, double y,
       d = Distance_Arc_Point(u.arc.xc, u.arc.yc, u.arc.r, u.arc.a1, u.arc.a2, x, y);
       break;
     case EL_POLYLINE: {
+      if (u.poly.n < 2) return {};  // no piece to select
       int piece = 0;
       double sq = Polyline_SQDist(e, x, y, &piece);
       if (sq >= 0 && std::sqrt(sq) <= ap.world) return {true, piece};
@@ -100,14 +101,12 @@ Hit Hit_Test(const Coord_Syst* cs, const Element_Record& e, double x, double y,
   return {d >= 0 && d <= ap.world, -1};
 }
 
-// Flips the selection bit the hit names. A one-node polyline has no piece
-// word: nothing to flip.
+// Flips the selection bit the hit names.
 void Toggle(Element_Record& e, const Hit& hit) {
   if (hit.word < 0) {
     e.attr ^= ATTR_SELECTED;
     return;
   }
-  if (e.type == EL_POLYLINE && hit.word + 1 >= e.u.poly.n) return;
   Locked<int32_t> words(static_cast<HGLOBAL>(e.attr));
   if (words.holds(hit.word)) words[static_cast<size_t>(hit.word)] ^= ATTR_SELECTED;
 }

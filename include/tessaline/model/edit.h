@@ -39,7 +39,8 @@ TESSALINE_API Coord_Syst* Set_Pick_Aperture(Coord_Syst* cs, double logical_units
 //  - circle, arc: distance to the curve;
 //  - construction element (bit 0x01 clear): as Get_Nearest_Line measures a
 //    line (the infinite line), other kinds as above;
-//  - polyline: its nearest piece; that piece's word is toggled;
+//  - polyline: its nearest piece; that piece's word is toggled (a polyline
+//    of one node has no piece and is not picked);
 //  - spline: its nearest node when within the aperture (the node's word is
 //    toggled), else the nearest piece of the curve as this view draws it (its
 //    piece word is toggled).

@@ -103,7 +103,9 @@ struct Curs_Pos_Type {
 
 // A display copy, the logical-coordinate stand-in of an element shown while
 // it is dragged. Word 0 is the element type; a polyline's copy holds two inner
-// blocks in blocks[0..1], a spline's seven in blocks[0..6], a simple copy none.
+// blocks in blocks[0..1], a spline's seven in blocks[0..6], a simple copy none
+// (its logical points follow the header in its own block). The layout of
+// each kind: Create_Moved_iObjects (edit.h).
 struct iElement_Header {
   int32_t type;
   int32_t node_count;
