@@ -197,102 +197,77 @@ TEST(Nearest, PerKindSearchesTakeTheFirstOfEquallyNearElements) {
   for (int round = 0; round < 30; ++round) {
     Objects_Array_Type a{};
     for (int i = 0; i < 25; ++i) {
-      double x = rng() % 5, y = rng() % 5;
-      HGLOBAL h;
-      switch (rng() % 4) {
-        case 0:
-          h = Create_Line(x, y, x + rng() % 3 + 1, y);
-          if (rng() % 2) Set_Attr(h, 0);
-          break;
-        case 1:
-          h = Create_Circle(x, y, rng() % 3 + 1);
-          break;
-        case 2:
-          h = Create_Arc(x, y, rng() % 3 + 1, 0, 3);
-          break;
-        default:
-          h = Create_Point(x, y);
-      }
+      double x = rng() % 5, y = rng() % 5, r = rng() % 3 + 1;
+      HGLOBAL h = rng() % 4 == 0   ? Create_Line(x, y, x + r, y)
+                  : rng() % 3 == 0 ? Create_Circle(x, y, r)
+                  : rng() % 2 == 0 ? Create_Arc(x, y, r, 0, 3)
+                                   : Create_Point(x, y);
+      if (rng() % 3 == 0 && Get_Element_Type_by_Handle(h) == EL_SEGMENT) Set_Attr(h, 0);
       Add_Element_In_Array_by_Handle(&a, h);
     }
-    HGLOBAL excluded = Get_Element_Handle_by_Index(&a, static_cast<int>(rng() % 25));
-    double px = rng() % 6, py = rng() % 6;
-    // The brute-force rule: the lowest index of the smallest distance among
-    // those that qualify.
-    auto expect = [&](std::function<bool(HGLOBAL, double*)> measure, int got, double* got_d) {
+    HGLOBAL skip = Get_Element_Handle_by_Index(&a, static_cast<int>(rng() % 25));
+    const double px = rng() % 6, py = rng() % 6;
+    // The lowest index of the smallest distance among the elements for
+    // which `measure` gives one; the distance 0.0 when none does.
+    using Measure = std::function<bool(const Element_Record&, HGLOBAL, double*)>;
+    auto check = [&](const Measure& measure, int got, const double* got_d) {
       int best = -1;
-      double bd = 0;
+      double bd = 0, d;
       for (int i = 0; i < a.count; ++i) {
-        double dd;
-        if (measure(Get_Element_Handle_by_Index(&a, i), &dd) && (best < 0 || dd < bd)) {
-          best = i;
-          bd = dd;
-        }
+        HGLOBAL h = Get_Element_Handle_by_Index(&a, i);
+        Element_Record r = *static_cast<Element_Record*>(GlobalLock(h));
+        GlobalUnlock(h);
+        if (measure(r, h, &d) && (best < 0 || d < bd)) best = i, bd = d;
       }
       EXPECT_EQ(got, best);
-      if (got_d) {
-        EXPECT_EQ(*got_d, best < 0 ? 0.0 : bd);
-      }
+      EXPECT_EQ(got_d ? *got_d : bd, bd);
     };
-    auto seg = [&](HGLOBAL h, double* x1, double* y1, double* x2, double* y2) {
-      return Get_Element_Type_by_Handle(h) == EL_SEGMENT &&
-             Get_Segment_Coord_by_Handle(h, x1, y1, x2, y2);
+    auto circle = [&](HGLOBAL excluded) -> Measure {
+      return [&, excluded](const Element_Record& r, HGLOBAL h, double* d) {
+        *d = Distance_Circle_Point(r.u.circle.xc, r.u.circle.yc, r.u.circle.r, px, py);
+        return r.type == EL_CIRCLE && h != excluded;
+      };
     };
-    auto circle = [&](HGLOBAL h, double* dd, HGLOBAL skip) {
-      double cx, cy, r;
-      if (h == skip || Get_Element_Type_by_Handle(h) != EL_CIRCLE) return false;
-      Get_Circle_Param_by_Handle(h, &cx, &cy, &r);
-      *dd = Distance_Circle_Point(cx, cy, r, px, py);
-      return true;
-    };
-    auto line = [&](HGLOBAL h, double* dd, HGLOBAL skip) {
-      double x1, y1, x2, y2;
-      if (h == skip || !seg(h, &x1, &y1, &x2, &y2) || (Get_Element_Attribute(h) & 1)) return false;
-      *dd = Distance_Line_Point(x1, y1, x2, y2, px, py);
-      return true;
+    auto line = [&](HGLOBAL excluded) -> Measure {
+      return [&, excluded](const Element_Record& r, HGLOBAL h, double* d) {
+        *d = Distance_Line_Point(r.u.seg.x1, r.u.seg.y1, r.u.seg.x2, r.u.seg.y2, px, py);
+        return r.type == EL_SEGMENT && !(r.attr & ATTR_ORDINARY) && h != excluded;
+      };
     };
     double d = -1;
     int got = Get_Nearest_Segment_End(&a, px, py, &d);
-    expect(
-        [&](HGLOBAL h, double* dd) {
-          double x1, y1, x2, y2;
-          if (!seg(h, &x1, &y1, &x2, &y2)) return false;
-          *dd = std::min(Distance_2Points(px, py, x1, y1), Distance_2Points(px, py, x2, y2));
-          return true;
+    check(
+        [&](const Element_Record& r, HGLOBAL, double* dd) {
+          const auto& s = r.u.seg;
+          *dd =
+              std::min(Distance_2Points(px, py, s.x1, s.y1), Distance_2Points(px, py, s.x2, s.y2));
+          return r.type == EL_SEGMENT;
         },
         got, &d);
     got = Get_Nearest_Segment(&a, px, py, &d);
-    expect(
-        [&](HGLOBAL h, double* dd) {
-          double x1, y1, x2, y2;
-          if (!seg(h, &x1, &y1, &x2, &y2)) return false;
-          *dd = (Get_Element_Attribute(h) & 1) ? SQDistance_Segment_Point(x1, y1, x2, y2, px, py)
-                                               : SQDistance_Line_Point(x1, y1, x2, y2, px, py);
-          return true;
+    check(
+        [&](const Element_Record& r, HGLOBAL h, double* dd) {
+          *dd = SQDist_Element_Point(h, px, py, nullptr);
+          return r.type == EL_SEGMENT;
         },
         got, &d);
     got = Get_Nearest_Circle(&a, px, py, &d);
-    expect([&](HGLOBAL h, double* dd) { return circle(h, dd, 0); }, got, &d);
-    got = Get_Nearest_Circle_Besides1(&a, px, py, &d, excluded);
-    expect([&](HGLOBAL h, double* dd) { return circle(h, dd, excluded); }, got, &d);
-    expect([&](HGLOBAL h, double* dd) { return line(h, dd, 0); }, Get_Nearest_Line(&a, px, py),
-           nullptr);
-    expect([&](HGLOBAL h, double* dd) { return line(h, dd, excluded); },
-           Get_Nearest_Line_Besides1(&a, px, py, excluded), nullptr);
-    expect(
-        [&](HGLOBAL h, double* dd) {
-          double x1, y1, x2, y2, cx, cy, r, a1, a2;
-          if (Get_Element_Type_by_Handle(h) != EL_ARC) return false;
-          Get_Arc_Param(h, &x1, &y1, &x2, &y2, &cx, &cy, &r, &a1, &a2);
-          *dd = Distance_Arc_Point(cx, cy, r, a1, a2, px, py);
-          return true;
+    check(circle(0), got, &d);
+    got = Get_Nearest_Circle_Besides1(&a, px, py, &d, skip);
+    check(circle(skip), got, &d);
+    check(line(0), Get_Nearest_Line(&a, px, py), nullptr);
+    check(line(skip), Get_Nearest_Line_Besides1(&a, px, py, skip), nullptr);
+    check(
+        [&](const Element_Record& r, HGLOBAL, double* dd) {
+          const auto& c = r.u.arc;
+          *dd = Distance_Arc_Point(c.xc, c.yc, c.r, c.a1, c.a2, px, py);
+          return r.type == EL_ARC;
         },
         Get_Nearest_Arc(&a, px, py), nullptr);
     int index = -2;
-    double sq = 0;
-    HGLOBAL any = SQNearest_Element_Point(&a, px, py, &index, nullptr, &sq);
-    expect(
-        [&](HGLOBAL h, double* dd) {
+    HGLOBAL any = SQNearest_Element_Point(&a, px, py, &index, nullptr, nullptr);
+    check(
+        [&](const Element_Record&, HGLOBAL h, double* dd) {
           *dd = SQDist_Element_Point(h, px, py, nullptr);
           return true;
         },

@@ -215,12 +215,13 @@ TEST(HostileHost, EditingAndNearestQueriesAnswerGarbageWithTheirFailureValues) {
   std::vector<int> list(64);
 
   Surface canvas(64, 64);
-  Coord_Syst views[3] = {};
+  Coord_Syst views[4] = {};
   views[0].world = {-5, -5, 30, 30};
   views[0].window = {0, 64, 64, -64};
   views[1] = views[0];
-  views[1].unused_a[0] = NAN;     // an aperture that is not a number
-  views[2].world = {0, 0, 0, 0};  // a view of nothing: every scale divides by zero
+  views[1].unused_a[0] = NAN;         // an aperture that is not a number
+  views[2].world = {0, 0, 0, 0};      // a view of nothing: every scale divides by zero
+  views[3].window = views[0].window;  // a world of no size on a real window
   COLORREF colours[11];
   Set_Object_Colors(0, colours);
 
@@ -234,7 +235,7 @@ TEST(HostileHost, EditingAndNearestQueriesAnswerGarbageWithTheirFailureValues) {
     if (rng() % 3 == 0) a.count = static_cast<int32_t>(rng() % 1000000);
     for (int& i : list) i = indexes[rng() % std::size(indexes)];
     int count = static_cast<int>(rng() % list.size());
-    const Coord_Syst* cs = &views[rng() % 3];
+    const Coord_Syst* cs = &views[rng() % 4];
     double x = 5, y = 5, d = 0;
     int index = 0, part = 0;
     switch (rng() % 6) {
