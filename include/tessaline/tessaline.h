@@ -24,7 +24,9 @@
 #include "tessaline/display/draw.h"
 #include "tessaline/display/raster.h"
 
+#include "tessaline/construct/aux_create.h"
 #include "tessaline/construct/aux_draw.h"
+#include "tessaline/construct/fillet.h"
 #include "tessaline/construct/tangent.h"
 
 #include "tessaline/contour/contour.h"
