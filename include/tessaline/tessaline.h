@@ -9,6 +9,7 @@
 #include "tessaline/platform/progress.h"
 
 #include "tessaline/model/create.h"
+#include "tessaline/model/edit.h"
 #include "tessaline/model/element.h"
 #include "tessaline/model/parent.h"
 #include "tessaline/model/rect.h"
@@ -29,6 +30,7 @@
 #include "tessaline/construct/derived.h"
 #include "tessaline/construct/fillet.h"
 #include "tessaline/construct/mirror.h"
+#include "tessaline/construct/nearest.h"
 #include "tessaline/construct/point_on.h"
 #include "tessaline/construct/tangent.h"
 

@@ -2,11 +2,15 @@
 // a parent goes away.
 #include <initializer_list>
 
+#include "model/child_index.h"
 #include "model/record.h"
 #include "tessaline/model/create.h"
 #include "tessaline/model/parent.h"
 
 namespace {
+
+thread_local Cut_Observer cut_observer = nullptr;
+thread_local void* cut_context = nullptr;
 
 // The parent slots that Get_Parent_Elem and Set_Parent_Elem use, by creation
 // type: up to three slot numbers, -1 for none. Types 11, 21, 26, 27 and 28
@@ -72,6 +76,11 @@ void New_Parent_List(HGLOBAL h, std::initializer_list<HGLOBAL> parents) {
 
 }  // namespace
 
+void Set_Cut_Observer(Cut_Observer observer, void* context) {
+  cut_observer = observer;
+  cut_context = context;
+}
+
 void Get_Parent_Elem(HGLOBAL h, HGLOBAL* p1, HGLOBAL* p2, HGLOBAL* p3) {
   HGLOBAL* out[3] = {p1, p2, p3};
   for (HGLOBAL* p : out) {
@@ -106,6 +115,7 @@ int Cut_Parent_Link(HGLOBAL h, HGLOBAL m) {
     if (p[k] == m && cut < 0) cut = k;
   }
   if (cut < 0) return ct;
+  if (cut_observer) cut_observer(h, m, cut_context);
   // With two parents, the one that does not hold m remains.
   HGLOBAL remaining = cut == 0 ? p[1] : p[0];
 
