@@ -117,8 +117,7 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
       EXPECT_EQ(s.geometry, k.geometry) << k.name;
     }
   }
-  // The three-point circle through (3, 4), (6, 8), (0, 2) cannot be: these
-  // are collinear. Through (0, 0), (2, 0), (0, 2): centre (1, 1), radius sqrt 2.
+  // Through (0, 0), (2, 0), (0, 2): centre (1, 1), radius sqrt 2.
   const Curs_Pos_Type right = Record({{0, 0}, {2, 0}, {0, 2}});
   HGLOBAL k3 = Add_Circle_3P(&right, &a, 0, 0, 0, 0);
   double xc, yc, r;
@@ -130,60 +129,24 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
   DeleteObjectsArray(&parents);
 }
 
+// Equal points, zero radii, the three-point test (collinear, and chords of
+// equal and opposite slopes) and elements without nodes add nothing.
 TEST(AuxCreate, RefusalsAddNothing) {
   Leak_Check leaks;
   Box_Capture boxes;
   Objects_Array_Type a{};
-  HGLOBAL circle = Create_Circle(0, 0, 5), stale = Create_Point(0, 0);
-  Delete_Element(stale);
+  HGLOBAL circle = Create_Circle(0, 0, 5);
   const Curs_Pos_Type same = Record({{2, 3}, {2, 3}, {9, 9}});
-  const Curs_Pos_Type kite = Record({{0, 0}, {1, 1}, {2, 0}});  // chords of opposite slopes
+  const Curs_Pos_Type kite = Record({{0, 0}, {1, 1}, {2, 0}});
   const Curs_Pos_Type line = Record({{0, 0}, {1, 1}, {2, 2}});
-  EXPECT_EQ(Add_Auxil_Line(&same, &a, 0, 0, 0, 0), 0u);
-  EXPECT_EQ(Add_Aux_Per_Line(&same, &a, circle), 0u);
-  EXPECT_EQ(Add_Aux_Par_Line(&same, &a, circle), 0u);
-  EXPECT_EQ(Add_Auxil_Line_PerToCircle(&same, &a, circle), 0u);
-  EXPECT_EQ(Add_Aux_Circle_CR(&same, &a, 0), 0u);
-  EXPECT_EQ(Add_Aux_Circle_D(&same, &a, circle), 0u);
-  EXPECT_EQ(Add_Circle_3P(&kite, &a, 1, 0, 0, 0), 0u);
-  EXPECT_EQ(Add_Circle_3P(&line, &a, 1, 0, 0, 0), 0u);
-  EXPECT_EQ(Add_Aux_V_Line_P(&line, &a, circle, 0), 0u);  // a circle has no node
-  EXPECT_EQ(Add_Aux_H_Line_P(&line, &a, stale, 0), 0u);
-  EXPECT_EQ(Add_Aux_H_Line_P(&line, &a, HGLOBAL{0xFFFFFFFF}, 0), 0u);
-  EXPECT_EQ(Add_Auxil_Vert_Line(nullptr, &a), 0u);
-  EXPECT_EQ(Add_Auxil_Vert_Line(&line, nullptr), 0u);
-  EXPECT_EQ(Add_Circle_3P(&line, nullptr, 1, 0, 0, 0), 0u);
-  EXPECT_EQ(a.count, 0);
+  const HGLOBAL refused[] = {
+      Add_Auxil_Line(&same, &a, 0, 0, 0, 0),  Add_Aux_Per_Line(&same, &a, circle),
+      Add_Aux_Par_Line(&same, &a, circle),    Add_Auxil_Line_PerToCircle(&same, &a, circle),
+      Add_Aux_Circle_CR(&same, &a, 0),        Add_Aux_Circle_D(&same, &a, circle),
+      Add_Circle_3P(&kite, &a, 1, 0, 0, 0),   Add_Circle_3P(&line, &a, 1, 0, 0, 0),
+      Add_Aux_V_Line_P(&line, &a, circle, 0), Add_Aux_H_Line_P(&line, &a, HGLOBAL{0xFFFFFFFF}, 0),
+      Add_Auxil_Vert_Line(nullptr, &a),       Add_Auxil_Vert_Line(&line, nullptr)};
+  for (HGLOBAL h : refused) EXPECT_EQ(h, 0u);
   EXPECT_EQ(a.handles, 0u);
   Delete_Element(circle);
-}
-
-// Deleting a parent releases the construction by the link rules: a line
-// through two nodes keeps the other node (ends swapped when the first pair
-// went), a three-point circle steps down to two parents, then to one.
-TEST(AuxCreate, LinksStepDownWhenAParentGoes) {
-  Leak_Check leaks;
-  Objects_Array_Type a{};
-  HGLOBAL p1 = Create_Point(0, 0), p2 = Create_Point(4, 0), p3 = Create_Point(0, 4);
-  const Curs_Pos_Type c = Record({{0, 0}, {4, 0}, {0, 4}});
-  HGLOBAL line = Add_Auxil_Line(&c, &a, p1, 0, p2, 0);
-  Cut_Parent_Link(line, p1);
-  EXPECT_EQ(Get_Creation_Type(line), 21);
-  EXPECT_EQ(Read(line).slots, (std::vector<HGLOBAL>{p2, 0}));
-  EXPECT_EQ(Read(line).geometry, (std::vector<double>{4, 0, 0, 0}));
-  HGLOBAL k = Add_Circle_3P(&c, &a, 0, p1, p2, p3);
-  Cut_Parent_Link(k, p2);
-  EXPECT_EQ(Get_Creation_Type(k), 28);
-  EXPECT_EQ(Read(k).slots, (std::vector<HGLOBAL>{p1, p3, 0}));
-  Cut_Parent_Link(k, p3);
-  EXPECT_EQ(Get_Creation_Type(k), 14);
-  // The parallel line reports no parents but is still released from its own.
-  HGLOBAL par = Add_Aux_Par_Line(&c, &a, p3);
-  HGLOBAL q1, q2, q3;
-  Get_Parent_Elem(par, &q1, &q2, &q3);
-  EXPECT_EQ(q1, p3);
-  Cut_Parent_Link(par, p3);
-  EXPECT_EQ(Get_Creation_Type(par), 0);
-  DeleteObjectsArray(&a);
-  for (HGLOBAL h : {p1, p2, p3}) Delete_Element(h);
 }
