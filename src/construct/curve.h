@@ -46,11 +46,23 @@ inline double Wrap(double a) {
   return a > kPi ? a - 2 * kPi : a;
 }
 
+// Position of a direction along an arc from its start, in radians: 0 .. span
+// on the arc; the gap beyond it is split at its middle, the first half
+// counting as past the end, the second as before the start (negative).
+inline double Arc_Position(const Curve& c, double angle) {
+  double span = Normalize_Angle(c.a2 - c.a1);
+  double s = Normalize_Angle(angle - c.a1);
+  return s > span + (2 * kPi - span) * 0.5 ? s - 2 * kPi : s;
+}
+
 // Signed position of (x, y) along the curve from the point (ox, oy): the
-// distance along a line, the angle along a circle (counter-clockwise
-// positive, wrapped into (-pi, pi]).
+// distance along a line, the angle along an arc (towards its end positive),
+// or along a circle (counter-clockwise positive, wrapped into (-pi, pi]).
 inline double Along(const Curve& c, double ox, double oy, double x, double y) {
   if (c.line()) return (x - ox) * c.dx + (y - oy) * c.dy;
+  if (c.type == EL_ARC) {
+    return Arc_Position(c, Angle_At(c, x, y)) - Arc_Position(c, Angle_At(c, ox, oy));
+  }
   return Wrap(Angle_At(c, x, y) - Angle_At(c, ox, oy));
 }
 

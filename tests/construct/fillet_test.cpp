@@ -279,3 +279,27 @@ TEST(Fillet, RefusalsChangeNothing) {
   EXPECT_EQ(Segment_Of(s2).y1, 3);
   DeleteObjectsArray(&a);
 }
+
+// An arc of 300 degrees from angle 0, crossed at its start by a segment
+// leaving the circle: picked 200 degrees round from the corner, the long way
+// is kept (a side judged by the shorter turn would cut it away).
+TEST(Fillet, LongArcKeepsThePickedSide) {
+  Leak_Check leaks;
+  Objects_Array_Type a{};
+  const double a2 = 300 * kPi / 180, s = std::sqrt(0.5);
+  HGLOBAL arc = Create_Arc(0, 0, 10, 0, a2);
+  Set_Arc_Ends(arc, 10, 0, 10 * std::cos(a2), 10 * std::sin(a2));
+  HGLOBAL seg = Create_Line(10, 0, 10 + 20 * s, -20 * s);
+  Add_Element_In_Array_by_Handle(&a, seg);
+  Add_Element_In_Array_by_Handle(&a, arc);
+  const double pick = 200 * kPi / 180;
+  Curs_Pos_Type c = Picks(10 + 15 * s, -15 * s, 10 * std::cos(pick), 10 * std::sin(pick));
+  HGLOBAL f = Create_Fillet(&c, &a, seg, arc, 1);
+  ASSERT_NE(f, 0u);
+  Arc_Values b = Arc_Of(arc);
+  EXPECT_EQ(b.a2, a2);
+  EXPECT_GT(b.a1, 0);
+  EXPECT_LT(b.a1, 0.5);
+  Expect_Tangent_Join(f, seg, arc, 1, 0);
+  DeleteObjectsArray(&a);
+}
