@@ -3,6 +3,7 @@
 #include "tessaline/construct/nearest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "construct/nearest_internal.h"
@@ -159,37 +160,44 @@ double Spline_Pick_Step(const Element_Record::Spline_Data& s) {
 }
 
 double Spline_SQDist(const Element_Record::Spline_Data& s, double step, double x, double y,
-                     int* piece) {
+                     int* piece, double bound) {
   Spline_Curve curve(s);
   size_t n = curve.nodes();
   if (n == 0) return -1.0;
   double best = SQDistance_2Points(x, y, curve.x(0), curve.y(0));
   int at = 0;
   bool first = true;
-  int current = 0;
-  double px = 0, py = 0;
-  curve.Walk(
-      step,
-      [&](size_t i) {
-        current = static_cast<int>(i);
-        px = curve.x(i);
-        py = curve.y(i);
-      },
-      [&](double qx, double qy) {
+  double t0 = 0;
+  for (size_t i = 0; i + 1 < n; ++i) {
+    const double hc = curve.Chord(i), t1 = t0 + hc;
+    // A piece whose box lies farther than the best so far (or than the
+    // caller's bound) cannot give a nearer chord: it is not sampled.
+    double x0, y0, x1, y1;
+    curve.Piece_Box(i, hc, &x0, &y0, &x1, &y1);
+    double ex = std::max({x0 - x, 0.0, x - x1}), ey = std::max({y0 - y, 0.0, y - y1});
+    double low = ex * ex + ey * ey;
+    if (!(low > (first ? bound : std::min(best, bound)))) {
+      double px = curve.x(i), py = curve.y(i);
+      curve.Piece(i, t0, t1, step, [&](double qx, double qy) {
         double d = SQDistance_Segment_Point(px, py, qx, qy, x, y);
         if (first || d < best) {
           best = d;
-          at = current;
+          at = static_cast<int>(i);
           first = false;
         }
         px = qx;
         py = qy;
       });
+    } else if (first && low < best) {
+      best = low;  // stands for the piece: beyond the bound in any case
+    }
+    t0 = t1;
+  }
   if (piece) *piece = at;
   return best;
 }
 
-double Record_SQDist(const Element_Record& e, double x, double y, int* part) {
+double Record_SQDist(const Element_Record& e, double x, double y, int* part, double bound) {
   int p = 0;
   double d = -1.0;
   const auto& u = e.u;
@@ -212,7 +220,7 @@ double Record_SQDist(const Element_Record& e, double x, double y, int* part) {
       d = SQDistance_Arc_Point(u.arc.xc, u.arc.yc, u.arc.r, u.arc.a1, u.arc.a2, x, y);
       break;
     case EL_SPLINE:
-      d = Spline_SQDist(u.spline, Spline_Pick_Step(u.spline), x, y, &p);
+      d = Spline_SQDist(u.spline, Spline_Pick_Step(u.spline), x, y, &p, bound);
       break;
     default:
       break;
@@ -242,7 +250,8 @@ HGLOBAL SQNearest_Element_Point(const Objects_Array_Type* array, double x, doubl
     Locked_Element e(slots[i]);
     if (!e) continue;
     int p = 0;
-    double d = Record_SQDist(*e, x, y, &p);
+    // A spline is sampled only where it may come nearer than the best.
+    double d = Record_SQDist(*e, x, y, &p, best.index < 0 ? INFINITY : best.distance);
     // An element without a distance (unknown type, no nodes, not a number)
     // is passed over rather than kept as the best for good.
     if (!(d >= 0)) continue;

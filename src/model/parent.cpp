@@ -86,9 +86,15 @@ void Get_Parent_Elem(HGLOBAL h, HGLOBAL* p1, HGLOBAL* p2, HGLOBAL* p3) {
   for (HGLOBAL* p : out) {
     if (p) *p = 0;
   }
-  Parent_Slots s = Slots_For(Get_Creation_Type(h));
+  // One lock of the record and one of its list (this runs once per element
+  // when attached objects are indexed).
+  Locked_Element e(h);
+  if (!e || !e->parents) return;
+  Parent_Slots s = Slots_For(e->creation_type);
+  if (s.slot[0] < 0) return;
+  Locked<HGLOBAL> list(e->parents);
   for (int k = 0; k < 3; ++k) {
-    if (s.slot[k] >= 0 && out[k]) *out[k] = Get_Parent(h, s.slot[k]);
+    if (s.slot[k] >= 0 && out[k] && list.holds(s.slot[k])) *out[k] = list[s.slot[k]];
   }
 }
 

@@ -63,7 +63,8 @@ Hit Spline_Hit(const Coord_Syst* cs, const Element_Record& e, double x, double y
   }
   if (node >= 0 && best <= ap.world) return {true, 2 * node};
   int piece = 0;
-  double sq = Spline_SQDist(e.u.spline, Spline_Step(cs), x, y, &piece);
+  // Pieces farther than the aperture are not sampled.
+  double sq = Spline_SQDist(e.u.spline, Spline_Step(cs), x, y, &piece, ap.world * ap.world);
   if (sq >= 0 && std::sqrt(sq) <= ap.world) return {true, 2LL * piece + 1};
   return {};
 }

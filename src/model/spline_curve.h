@@ -35,6 +35,8 @@ class Spline_Curve {
   size_t nodes() const { return n_; }
   double x(size_t i) const { return x_[i]; }
   double y(size_t i) const { return y_[i]; }
+  double mx(size_t i) const { return mx_[i]; }
+  double my(size_t i) const { return my_[i]; }
   // Chord of piece i (node i to node i + 1).
   double Chord(size_t i) const { return Distance_2Points(x_[i], y_[i], x_[i + 1], y_[i + 1]); }
 
@@ -59,6 +61,22 @@ class Spline_Curve {
       }
     }
     emit(x_[i + 1], y_[i + 1]);
+  }
+
+  // A box that holds piece i (chord hc): the box of its two nodes grown by
+  // the largest offset of the cubic from its chord, h^2/6 * max u(1-u)(2-u)
+  // * (|m_i| + |m_i+1|) per coordinate (max u(1-u)(2-u) = 2/(3*sqrt(3))),
+  // with a margin for rounding.
+  void Piece_Box(size_t i, double hc, double* x0, double* y0, double* x1, double* y1) const {
+    constexpr double kPeak = 0.3849001794597505;  // 2 / (3 sqrt 3)
+    double k = hc * hc / 6 * kPeak;
+    double gx = k * (std::fabs(mx_[i]) + std::fabs(mx_[i + 1]));
+    double gy = k * (std::fabs(my_[i]) + std::fabs(my_[i + 1]));
+    *x0 = std::min(x_[i], x_[i + 1]), *x1 = std::max(x_[i], x_[i + 1]);
+    *y0 = std::min(y_[i], y_[i + 1]), *y1 = std::max(y_[i], y_[i + 1]);
+    gx += 1e-9 * (gx + std::fabs(*x0) + std::fabs(*x1));
+    gy += 1e-9 * (gy + std::fabs(*y0) + std::fabs(*y1));
+    *x0 -= gx, *x1 += gx, *y0 -= gy, *y1 += gy;
   }
 
   // Walks every piece: emit_piece(i) before the points of piece i, then
