@@ -116,9 +116,12 @@ int main(int argc, char** argv) {
   DeleteObjectsArray_Without_El_Deleting(&moved);
   Draw_Panel(dc, Panel(4), &objects, &aux, colours);
   Draw_Cros_Cursor(dc, &pick_view, 46, 14, colours[7]);
-  Unselect_All_Elements(&objects, nullptr, &pick_view, colours);
 
-  // 6. Mirror everything about the centre line x = 0 into the same array.
+  // 6. Clear the selection (the elements are redrawn into the next panel,
+  //    which is painted afresh below), then mirror everything about the
+  //    centre line x = 0 into the same array.
+  Coord_Syst next_view = Panel(5);
+  Unselect_All_Elements(&objects, dc, &next_view, colours);
   c = Clicks(0, 0, 0, 10);
   Symmetry_Objects_Line(&c, &objects, &objects, 0);
   Draw_Panel(dc, Panel(5), &objects, &aux, colours);
