@@ -25,8 +25,13 @@
 #include "tessaline/display/draw.h"
 #include "tessaline/display/raster.h"
 
+#include "tessaline/construct/aux_create.h"
 #include "tessaline/construct/aux_draw.h"
+#include "tessaline/construct/derived.h"
+#include "tessaline/construct/fillet.h"
+#include "tessaline/construct/mirror.h"
 #include "tessaline/construct/nearest.h"
+#include "tessaline/construct/point_on.h"
 #include "tessaline/construct/tangent.h"
 
 #include "tessaline/contour/contour.h"

@@ -3,6 +3,7 @@
 #include "tessaline/construct/aux_draw.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 #include "display/draw_internal.h"
@@ -230,4 +231,17 @@ double Draw_Rubber_Circle_3Points_with_Pen(HDC dc, const Coord_Syst* cs, const C
     return 0.0;
   Draw_Rubber_Circle_with_Pen(dc, cs, xc, yc, r, pen);
   return r;
+}
+
+int Draw_Cros_Cursor(HDC dc, const Coord_Syst* cs, double x, double y, COLORREF colour) {
+  if (!cs || !std::isfinite(x) || !std::isfinite(y)) return GetROP2(dc);
+  Rubber_Paint paint(dc, PS_SOLID, colour, nullptr, false, TRANSPARENT);
+  const POINT p = Map(cs, x, y);
+  const View_Box v = Viewport(cs);
+  Vertical_Through(dc, cs, p);
+  // The horizontal stroke leaves out the crossing pixel, which the vertical
+  // one has already inverted.
+  Stroke(dc, v.l, p.y, p.x, p.y);
+  Stroke(dc, int64_t{p.x} + 1, p.y, v.l + v.w, p.y);
+  return paint.previous_rop();
 }

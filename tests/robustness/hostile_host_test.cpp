@@ -162,6 +162,110 @@ TEST(HostileHost, GarbageHandlesIndexesAndArraysNeverEscapeTheirBlocks) {
   for (HGLOBAL h : blocks) GlobalFree(h);
 }
 
+// The constructions given garbage: parents that are stale, made up, of the
+// wrong kind or lying about their counts; cursor records holding NaN,
+// infinities, huge and coincident points; radii and distances of 0, below 0
+// or not finite. Each call answers with a null handle or a bounded result.
+TEST(HostileHost, ConstructionsAnswerGarbageWithFailure) {
+  Box_Capture boxes;
+  std::mt19937 rng(20261124);
+  const double xs[4] = {0, 10, 10, 0}, ys[4] = {0, 0, 10, 10};
+  std::vector<HGLOBAL> blocks = {
+      Create_Point(1, 2),        Create_Line(0, 0, 10, 0),  Create_Line(0, 0, 0, 10),
+      Create_Line(3, 3, 3, 3),   Create_Circle(5, 5, 3),    Create_Circle(5, 5, 0),
+      Create_Arc(5, 5, 3, 0, 2), Create_Arc(0, 0, 4, 1, 1), Create_Polyline(4, xs, ys)};
+  blocks.push_back(
+      Corrupt(Create_Polyline(2, xs, ys), [](Element_Record& r) { r.u.poly.n = INT_MAX; }));
+  blocks.push_back(Corrupt(Create_Spline(3, xs, ys, nullptr, nullptr),
+                           [](Element_Record& r) { r.u.spline.n = 1 << 20; }));
+  blocks.push_back(Corrupt(Create_Line(0, 0, 1, 1), [](Element_Record& r) { r.type = 77; }));
+  blocks.push_back(Corrupt(Create_Circle(0, 0, 1), [](Element_Record& r) { r.u.circle.r = NAN; }));
+  blocks.push_back(GlobalAlloc(GHND, 12));
+  HGLOBAL freed = Create_Line(0, 0, 5, 5);
+  Delete_Element(freed);
+  std::vector<HGLOBAL> pool = blocks;
+  pool.insert(pool.end(), {HGLOBAL{0}, freed, HGLOBAL{0xFFFFFFFF}, HGLOBAL{0x00400001}});
+  const double values[] = {0, 1, -1, 5, 7.5, 1e300, -1e300, NAN, INFINITY, -INFINITY, 1e-300};
+  auto pick = [&] { return pool[rng() % pool.size()]; };
+  auto value = [&] { return values[rng() % std::size(values)]; };
+  const int nodes[] = {0, 1, 3, -1, INT_MAX, INT_MIN};
+  auto node = [&] { return nodes[rng() % std::size(nodes)]; };
+
+  Objects_Array_Type made{};
+  for (int step = 0; step < 20000; ++step) {
+    Curs_Pos_Type c{};
+    for (int i = 0; i < 3; ++i) c.x[i] = value(), c.y[i] = value();
+    if (rng() % 4 == 0) c.x[1] = c.x[0], c.y[1] = c.y[0];  // coincident points
+    HGLOBAL a = pick(), b = pick();
+    int f = static_cast<int>(rng());
+    switch (rng() % 12) {
+      case 0:
+        Create_Fillet(&c, &made, a, b, value());
+        break;
+      case 1:
+        Create_Chamfer(&c, &made, a, b, value(), value());
+        break;
+      case 2:
+        Add_Point_OnL(&c, &made, f, a);
+        Add_Point_On2L(&c, &made, f, a, b);
+        Add_Point_OnC(&c, &made, f, a);
+        break;
+      case 3:
+        Add_Point_OnLC(&c, &made, f, a, b);
+        Add_Point_On2C(&c, &made, f, a, b);
+        break;
+      case 4:
+        Add_TanCirToLine(&c, &made, f, a);
+        Add_TanCirTo2Line(&c, &made, f, a, b);
+        Add_Aux_TanLineToCir(&c, &made, a);
+        break;
+      case 5:
+        Add_TanLineTo2Cir(&c, &made, f, a, b);
+        Add_TanCircleToCir(&c, &made, f, a);
+        break;
+      case 6:
+        Add_Line_OnN(&c, &made, a, node(), b, node());
+        Add_Arc2PC(&c, &made, a, node(), b, node());
+        Add_Circle_by_Diam2P(&c, &made, f, a, b);
+        break;
+      case 7:
+        Add_Aux_V_Line_P(&c, &made, a, node());
+        Add_Auxil_Line(&c, &made, a, node(), b, node());
+        Add_Auxil_Line_2P(&c, &made, a, b);
+        break;
+      case 8:
+        Add_Aux_Circle_CR(&c, &made, a);
+        Add_Aux_Circle_D(&c, &made, b);
+        Add_Circle_3P(&c, &made, f, a, b, pick());
+        break;
+      case 9: {
+        // A source array of pool handles whose count may lie.
+        Objects_Array_Type source{};
+        for (int i = 0; i < 4; ++i) Add_Element_In_Array_by_Handle(&source, pick());
+        if (rng() % 3 == 0) source.count = static_cast<int32_t>(rng() % 100000);
+        Symmetry_Objects_Line(rng() % 2 ? &c : nullptr, &made, &source, a);
+        DeleteObjectsArray_Without_El_Deleting(&source);
+        break;
+      }
+      case 10:
+        Create_Fillet(rng() % 2 ? &c : nullptr, rng() % 2 ? &made : nullptr, a, b, 1);
+        Add_Point_On2C(nullptr, &made, f, a, b);
+        break;
+      default:
+        if (made.count > 200) DeleteObjectsArray(&made);
+        break;
+    }
+  }
+  DeleteObjectsArray(&made);
+  for (HGLOBAL h : blocks) {
+    if (Get_Element_Type_by_Handle(h) >= EL_POINT && Get_Element_Type_by_Handle(h) <= EL_SPLINE) {
+      Delete_Element(h);
+    } else {
+      GlobalFree(h);
+    }
+  }
+}
+
 // ---- Editing, attached objects and nearest queries -------------------------
 
 namespace {

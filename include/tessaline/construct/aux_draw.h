@@ -76,3 +76,12 @@ TESSALINE_API int Draw_Rubber_Circle_by_Diam_with_Pen(HDC dc, const Coord_Syst* 
 TESSALINE_API double Draw_Rubber_Circle_3Points_with_Pen(HDC dc, const Coord_Syst* cs,
                                                          const Curs_Pos_Type* c, int count,
                                                          HPEN pen);
+
+// A cross-hair cursor at the world point (x, y): a vertical line from T to
+// T + H and a horizontal one from L to L + W through it, in a solid pen of
+// the colour with exclusive-or and a transparent background, so that drawing
+// it twice at the same point erases it. Each pixel is inverted once (the
+// crossing too). Nothing for a null record or a non-finite point. Returns
+// the previous raster mode.
+TESSALINE_API int Draw_Cros_Cursor(HDC dc, const Coord_Syst* cs, double x, double y,
+                                   COLORREF colour);
