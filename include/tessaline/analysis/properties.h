@@ -39,3 +39,44 @@ static_assert(sizeof(surface_geometry) == 168, "the properties record is 21 doub
 
 // One process-wide record for the host's use; the library never touches it.
 TESSALINE_API extern surface_geometry surface_geom;
+
+// ---- Record and moments -----------------------------------------------------
+
+// Sets fields 1 to 20 to 0. Field 21 belongs to the beam-section data and is
+// left as it is on purpose.
+TESSALINE_API void Clear_Surface_Geometry(surface_geometry* g);
+
+// The principal-axis angle in [0, pi/4] from the central moments Ix (about
+// the horizontal axis), Iy (about the vertical axis) and Ixy:
+// 0.5 * atan2(2 |Ixy|, |Iy - Ix|). Both arguments are taken as absolute
+// values, so neither the sign of Ixy nor the order of Ix and Iy turns the
+// angle; the beam-section data and the section library rely on this rule.
+// 0 when the section has no preferred axes: both |Iy - Ix| and |Ixy| below
+// 1e-4 times the smaller of |Ix| and |Iy|, or Ix = Iy and Ixy = 0 exactly.
+TESSALINE_API double Main_Axis_Angle(double ix, double iy, double ixy);
+
+// Central moments in axes turned counter-clockwise by a (radians):
+// about the turned x axis (Ix + Iy)/2 + (Ix - Iy)/2 cos 2a - Ixy sin 2a,
+TESSALINE_API double Moment2X_C_by_Angle(double ix, double iy, double ixy, double a);
+// about the turned y axis (Ix + Iy)/2 - (Ix - Iy)/2 cos 2a + Ixy sin 2a,
+TESSALINE_API double Moment2Y_C_by_Angle(double ix, double iy, double ixy, double a);
+// and the product (Ix - Iy)/2 sin 2a + Ixy cos 2a.
+TESSALINE_API double MomentXY_C_by_Angle(double ix, double iy, double ixy, double a);
+
+// I1 + I2.
+TESSALINE_API double Polar_Moment(double i1, double i2);
+
+// Fills fields 7 to 16 from the raw sums in fields 1 to 6: the centroid,
+// the central moments, the angle of Main_Axis_Angle, the moments at that
+// angle and the polar moment. A zero area is not tested for: the centroid
+// then holds infinities or NaN.
+TESSALINE_API void Complete_Surface_Geometry(surface_geometry* g);
+
+// Complete_Surface_Geometry, then fields 17 to 20 from the surface's extents
+// in axes turned by the principal angle (Get_Surface_Extern_Angled_Rect):
+// du and dv are the largest distances along the turned axes from the
+// centroid to that rectangle; field 17 = |cos a du - sin a dv|, field 18 =
+// |cos a dv + sin a dv| (dv in both terms: the beam-section data was made
+// with this value, so it stays), field 19 = I1 / |dv|, field 20 = I2 / |du|.
+// When the surface has no outer contour the extents stay 0.
+TESSALINE_API void Finish_Surface_Geometry(Surface_Type* surface, surface_geometry* g);
