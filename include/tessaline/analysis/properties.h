@@ -97,9 +97,10 @@ TESSALINE_API void Finish_Surface_Geometry(Surface_Type* surface, surface_geomet
 // a point mass at its centre (its own moment of inertia is not added), so
 // the second moments carry an error of the order of the cell size. Nothing
 // is done when h0 is 0 or the rectangle is not finite. The final pass is
-// held to at most 2^28 cells (about 5 s) by coarsening its step: a section
-// that fills less than about 0.6 per cent of its rectangle would otherwise
-// ask for a grid without bound.
+// held to at most 2^26 cells (about a second) by coarsening its step: a
+// section that fills less than about 1.2 per cent of its rectangle (or
+// whose coarse pass caught only a sliver of it) would otherwise ask for a
+// grid without bound; the exact method serves such sections.
 TESSALINE_API void Calc_Rect_Grid_Surface_Param(Surface_Type* surface, surface_geometry* g);
 
 // Sets fields 1 to 6 to the sums over the cells of side h of the rectangle
