@@ -36,6 +36,11 @@ void Renumber_RCM(Split_Mesh* mesh);
 // number of triangles removed.
 int Remove_Slivers(Split_Mesh* mesh, double min_angle);
 
+// The mesher split of Split_Surface_By_Mesher into vectors, renumbered or
+// in the mesher's own order (for measuring what renumbering gains). 1 done.
+int Mesh_Surface(struct Surface_Type* surface, HWND window, double h, bool renumber,
+                 Split_Mesh* mesh);
+
 // Counter-clockwise order: swaps two corners of a triangle of negative
 // signed area.
 void Orient_CCW(Split_Mesh* mesh);

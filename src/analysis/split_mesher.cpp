@@ -149,7 +149,9 @@ bool Take_Mesh(const CMeshNodeList& nodes, const CMeshElementList& elements, Spl
   return !mesh->nodes.empty() && !mesh->triangles.empty();
 }
 
-int Mesh_Surface(Surface_Type* surface, HWND window, double h, Split_Mesh* mesh) {
+}  // namespace
+
+int Mesh_Surface(Surface_Type* surface, HWND window, double h, bool renumber, Split_Mesh* mesh) {
   std::vector<Split_Contour> contours;
   int outer_count = 0;
   if (!Read_Split_Contours(surface, &contours, &outer_count) || outer_count == 0) return 0;
@@ -179,11 +181,9 @@ int Mesh_Surface(Surface_Type* surface, HWND window, double h, Split_Mesh* mesh)
     return 0;
   if (!Take_Mesh(node_list, element_list, mesh)) return 0;
   Orient_CCW(mesh);
-  Renumber_RCM(mesh);
+  if (renumber) Renumber_RCM(mesh);
   return 1;
 }
-
-}  // namespace
 
 int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_count,
                             HGLOBAL* triangles, int* triangle_count, HWND window, double h) {
@@ -195,7 +195,7 @@ int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_co
   if (!std::isfinite(h) || h <= 0) return 0;
   try {
     Split_Mesh mesh;
-    if (!Mesh_Surface(surface, window, h, &mesh)) return 0;
+    if (!Mesh_Surface(surface, window, h, true, &mesh)) return 0;
     HGLOBAL n = New_FE_Node_Block(mesh.nodes);
     HGLOBAL t = New_FE_Triangle_Block(mesh.triangles);
     if (!n || !t) {

@@ -14,11 +14,12 @@
 #include <CGAL/Delaunay_mesh_size_criteria_2.h>
 #include <CGAL/Delaunay_mesher_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
+#include <CGAL/Triangulation_face_base_with_info_2.h>
 #include <CGAL/Triangulation_vertex_base_with_info_2.h>
 
+#include <algorithm>
 #include <deque>
 #include <exception>
-#include <set>
 #include <vector>
 
 namespace {
@@ -30,7 +31,8 @@ struct Vertex_Tag {
 
 using K = CGAL::Exact_predicates_inexact_constructions_kernel;
 using Vb = CGAL::Triangulation_vertex_base_with_info_2<Vertex_Tag, K>;
-using Fb = CGAL::Delaunay_mesh_face_base_2<K>;
+// A face's info is the pass number of the last domain marking that reached it.
+using Fb = CGAL::Triangulation_face_base_with_info_2<int, K, CGAL::Delaunay_mesh_face_base_2<K>>;
 using Tds = CGAL::Triangulation_data_structure_2<Vb, Fb>;
 // Exact_predicates_tag: crossing contours (bad input) are split where they
 // cross instead of stopping the triangulation.
@@ -51,18 +53,19 @@ int Edge_Contour(Face_handle f, int i) {
 // Marks the faces inside an odd number of outer contours and an even number
 // of holes as the domain: regions are flooded from the infinite face, and
 // crossing a constrained edge counts one more outer contour or hole.
-void Mark_Domain(CDT& cdt, int outer_count) {
+void Mark_Domain(CDT& cdt, int outer_count, int pass) {
   struct Depth {
     Face_handle face;
     int outer, holes;
   };
-  std::set<Face_handle> seen;
+  auto seen = [pass](Face_handle f) { return f->info() == pass; };
   std::deque<Depth> border{{cdt.infinite_face(), 0, 0}};
   std::vector<Face_handle> flood;
   while (!border.empty()) {
     Depth d = border.front();
     border.pop_front();
-    if (!seen.insert(d.face).second) continue;
+    if (seen(d.face)) continue;
+    d.face->info() = pass;
     bool inside = d.outer % 2 == 1 && d.holes % 2 == 0;
     flood.assign(1, d.face);
     while (!flood.empty()) {
@@ -71,17 +74,113 @@ void Mark_Domain(CDT& cdt, int outer_count) {
       f->set_in_domain(inside);
       for (int i = 0; i < 3; ++i) {
         Face_handle n = f->neighbor(i);
-        if (seen.count(n)) continue;
+        if (seen(n)) continue;
         if (f->is_constrained(i)) {
           bool outer = Edge_Contour(f, i) < outer_count;
           border.push_back({n, d.outer + (outer ? 1 : 0), d.holes + (outer ? 0 : 1)});
         } else {
-          seen.insert(n);
+          n->info() = pass;
           flood.push_back(n);
         }
       }
     }
   }
+}
+
+// The contour edges filed into square buckets of side `size`, to find
+// those near a point.
+class Edge_Buckets {
+ public:
+  Edge_Buckets(int contours, const int* counts, const double* const* xs, const double* const* ys,
+               double size)
+      : size_(size) {
+    for (int c = 0; c < contours; ++c) {
+      for (int i = 0; i < counts[c]; ++i) {
+        x0_ = std::min(x0_, xs[c][i]), y0_ = std::min(y0_, ys[c][i]);
+        x1_ = std::max(x1_, xs[c][i]), y1_ = std::max(y1_, ys[c][i]);
+      }
+    }
+    nx_ = static_cast<long long>((x1_ - x0_) / size) + 1;
+    ny_ = static_cast<long long>((y1_ - y0_) / size) + 1;
+    if (nx_ * ny_ > (1LL << 24)) return;  // too fine to file: no seeds
+    buckets_.resize(static_cast<size_t>(nx_ * ny_));
+    for (int c = 0; c < contours; ++c) {
+      for (int i = 0; i < counts[c]; ++i) {
+        int j = (i + 1) % counts[c];
+        Edge e{xs[c][i], ys[c][i], xs[c][j], ys[c][j]};
+        long long bx0 = Col(std::min(e.ax, e.bx)), bx1 = Col(std::max(e.ax, e.bx));
+        long long by0 = Row(std::min(e.ay, e.by)), by1 = Row(std::max(e.ay, e.by));
+        for (long long bx = bx0; bx <= bx1; ++bx) {
+          for (long long by = by0; by <= by1; ++by) buckets_[by * nx_ + bx].push_back(e);
+        }
+      }
+    }
+  }
+  bool usable() const { return !buckets_.empty(); }
+  // Whether some contour edge passes nearer than `size` to (x, y).
+  bool Near(double x, double y) const {
+    long long cx = Col(x), cy = Row(y);
+    for (long long bx = std::max(0LL, cx - 1); bx <= std::min(nx_ - 1, cx + 1); ++bx) {
+      for (long long by = std::max(0LL, cy - 1); by <= std::min(ny_ - 1, cy + 1); ++by) {
+        for (const Edge& e : buckets_[by * nx_ + bx]) {
+          if (Sq_Distance(e, x, y) < size_ * size_) return true;
+        }
+      }
+    }
+    return false;
+  }
+  double x0() const { return x0_; }
+  double y0() const { return y0_; }
+  double x1() const { return x1_; }
+  double y1() const { return y1_; }
+
+ private:
+  struct Edge {
+    double ax, ay, bx, by;
+  };
+  static double Sq_Distance(const Edge& e, double x, double y) {
+    double dx = e.bx - e.ax, dy = e.by - e.ay, l = dx * dx + dy * dy;
+    double t = l > 0 ? ((x - e.ax) * dx + (y - e.ay) * dy) / l : 0;
+    t = std::clamp(t, 0.0, 1.0);
+    double px = e.ax + t * dx - x, py = e.ay + t * dy - y;
+    return px * px + py * py;
+  }
+  long long Col(double x) const {
+    return std::clamp(static_cast<long long>((x - x0_) / size_), 0LL, nx_ - 1);
+  }
+  long long Row(double y) const {
+    return std::clamp(static_cast<long long>((y - y0_) / size_), 0LL, ny_ - 1);
+  }
+
+  double size_;
+  double x0_ = INFINITY, y0_ = INFINITY, x1_ = -INFINITY, y1_ = -INFINITY;
+  long long nx_ = 0, ny_ = 0;
+  std::vector<std::vector<Edge>> buckets_;
+};
+
+// Points of a triangular lattice of spacing s inside the domain and at
+// least s/2 from every contour edge (so no contour edge of length up to s
+// is encroached): inserted at once, they leave refinement only the bands
+// along the contours, where it is slow per point.
+std::vector<K::Point_2> Lattice_Seeds(const CDT& cdt, const Edge_Buckets& edges, double s,
+                                      long long most) {
+  std::vector<K::Point_2> seeds;
+  double row = s * std::sqrt(3.0) / 2;
+  Face_handle hint;
+  long long rows = static_cast<long long>((edges.y1() - edges.y0()) / row);
+  for (long long r = 1; r <= rows; ++r) {
+    double y = edges.y0() + static_cast<double>(r) * row;
+    double x = edges.x0() + (r % 2 ? s / 2 : s);
+    for (; x < edges.x1(); x += s) {
+      if (edges.Near(x, y)) continue;
+      K::Point_2 p(x, y);
+      hint = cdt.locate(p, hint);
+      if (cdt.is_infinite(hint) || !hint->is_in_domain()) continue;
+      seeds.push_back(p);
+      if (static_cast<long long>(seeds.size()) > most) return {};
+    }
+  }
+  return seeds;
 }
 
 // Nodes that refinement put on contour edges take the polygon of the
@@ -164,7 +263,8 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
       input += node_counts[c];
     }
     if (cdt.dimension() < 2) return 0;
-    Mark_Domain(cdt, outer_count);
+    for (Face_handle f : cdt.all_face_handles()) f->info() = 0;
+    Mark_Domain(cdt, outer_count, 1);
 
     double area = 0;
     for (Face_handle f : cdt.finite_face_handles()) {
@@ -174,6 +274,16 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
                                   : static_cast<long long>(std::min(16.0 * area / (h * h), 8e6)) +
                                         4 * input + 1024;
     cap = std::min<long long>(cap, 1LL << 23);
+
+    Edge_Buckets edges(contours, node_counts, xs, ys, h / 2);
+    if (edges.usable()) {
+      std::vector<K::Point_2> seeds = Lattice_Seeds(cdt, edges, 0.9 * h, cap);
+      if (!seeds.empty()) {
+        cdt.insert(seeds.begin(), seeds.end());
+        for (Face_handle f : cdt.all_face_handles()) f->info() = 0;
+        Mark_Domain(cdt, outer_count, 1);
+      }
+    }
 
     double degrees = angle_bound > 0 ? angle_bound : 20.7;
     double sine = std::sin(degrees * M_PI / 180.0);
