@@ -24,6 +24,8 @@
 
 namespace {
 
+constexpr long long kMost_Nodes = 1LL << 23;
+
 struct Vertex_Tag {
   int contour = -1;           // the input polygon the vertex lies on; -1 inner
   CMeshNode* node = nullptr;  // its node in the output list
@@ -270,10 +272,13 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
     for (Face_handle f : cdt.finite_face_handles()) {
       if (f->is_in_domain()) area += std::fabs(CGAL::to_double(cdt.triangle(f).area()));
     }
-    long long cap = max_nodes > 0 ? max_nodes
-                                  : static_cast<long long>(std::min(16.0 * area / (h * h), 8e6)) +
-                                        4 * input + 1024;
-    cap = std::min<long long>(cap, 1LL << 23);
+    // A mesh of edges up to h has about 1.5 area / h^2 nodes inside; refuse
+    // at once what the bound could not hold rather than refine towards it.
+    double expected = 1.5 * area / (h * h);
+    if (!(expected <= kMost_Nodes)) return 0;
+    long long cap =
+        max_nodes > 0 ? max_nodes : static_cast<long long>(4 * expected) + 4 * input + 1024;
+    cap = std::min<long long>(cap, kMost_Nodes);
 
     Edge_Buckets edges(contours, node_counts, xs, ys, h / 2);
     if (edges.usable()) {

@@ -358,6 +358,10 @@ TEST(Split, BadInputGivesEmptySplit) {
     EXPECT_EQ(Split_Surface_By_Grid(&ok.surface, &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
   }
   EXPECT_EQ(Split_Surface_By_Grid(nullptr, &nodes, &nc, 1, 1, nullptr, &tc, &tris), -1);
+  FE_Split fine{};  // would need 10^8 nodes: refused at once
+  EXPECT_EQ(Split_Surface_By_Mesher(&ok.surface, &fine, &fine.node_count, &fine.triangles,
+                                    &fine.triangle_count, nullptr, 1e-3),
+            0);
   EXPECT_EQ(tc + nc, 0);
 
   // A hole outside its outer contour takes nothing away: both splits give
