@@ -247,22 +247,28 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
   if (!Arguments_Valid(contours, node_counts, xs, ys, h, angle_bound, reserved)) return 0;
   try {
     CDT cdt;
+    // All nodes at once, in spatial order: one at a time along a contour,
+    // each new node on a long straight run would flip the whole fan before it.
+    std::vector<std::pair<K::Point_2, Vertex_Tag>> all;
     long long input = 0;
     for (int c = 0; c < contours; ++c) {
-      std::vector<Vertex_handle> v;
-      v.reserve(static_cast<size_t>(node_counts[c]));
-      Face_handle hint;
       for (int i = 0; i < node_counts[c]; ++i) {
-        Vertex_handle vh = cdt.insert(K::Point_2(xs[c][i], ys[c][i]), hint);
-        if (vh->info().contour < 0) vh->info().contour = c;
-        hint = vh->face();
-        v.push_back(vh);
-      }
-      for (size_t i = 0; i < v.size(); ++i) {
-        Vertex_handle a = v[i], b = v[(i + 1) % v.size()];
-        if (a != b) cdt.insert_constraint(a, b);
+        all.push_back({K::Point_2(xs[c][i], ys[c][i]), Vertex_Tag{c, nullptr}});
       }
       input += node_counts[c];
+    }
+    cdt.insert(all.begin(), all.end());
+    if (cdt.dimension() < 2) return 0;
+    for (int c = 0; c < contours; ++c) {
+      Vertex_handle first, previous;
+      Face_handle hint;
+      for (int i = 0; i <= node_counts[c]; ++i) {
+        int k = i < node_counts[c] ? i : 0;
+        Vertex_handle v = cdt.insert(K::Point_2(xs[c][k], ys[c][k]), hint);  // finds the node
+        hint = v->face();
+        if (previous != Vertex_handle() && previous != v) cdt.insert_constraint(previous, v);
+        previous = v;
+      }
     }
     if (cdt.dimension() < 2) return 0;
     for (Face_handle f : cdt.all_face_handles()) f->info() = 0;
