@@ -246,6 +246,18 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
   *node_count = *element_count = 0;
   if (!Arguments_Valid(contours, node_counts, xs, ys, h, angle_bound, reserved)) return 0;
   try {
+    // The outer polygons bound the region's area: refuse before building
+    // anything what could never fit.
+    double outer_area = 0;
+    for (int c = 0; c < std::min(outer_count, contours); ++c) {
+      double twice = 0;
+      for (int i = 0, j = node_counts[c] - 1; i < node_counts[c]; j = i++) {
+        twice += (xs[c][j] - xs[c][i]) * (ys[c][j] + ys[c][i]);
+      }
+      outer_area += std::fabs(twice) / 2;
+    }
+    if (!(1.5 * outer_area / (h * h) <= kMost_Nodes)) return 0;
+
     CDT cdt;
     // All nodes at once, in spatial order: one at a time along a contour,
     // each new node on a long straight run would flip the whole fan before it.

@@ -501,3 +501,32 @@ TEST(Split, RenumberingNarrowsTheBand) {
   GlobalFree(n);
   GlobalFree(t);
 }
+
+TEST(Split, SectionInTwoPieces) {
+  // Two plates, each with a hole: both outer contours flag 1, the holes 2
+  // and 3, with either split.
+  Section s;
+  s.Rect(0, 0, 40, 40);
+  s.Rect(60, 0, 100, 40);
+  s.Rect(10, 10, 20, 30);
+  s.Rect(70, 10, 90, 20);
+  Surface_Type* surface = s.File();
+  ASSERT_EQ(surface->outer_count, 2);
+  HGLOBAL nodes = 0, tris = 0;
+  int nc = 0, tc = 0;
+  Split_Surface_By_Grid(surface, &nodes, &nc, 2, 2, nullptr, &tc, &tris);
+  Mesh g(nodes, nc, tris, tc);
+  EXPECT_NEAR(Check_Cover(surface, g, 0), 3200 - 400, 1e-9);
+  EXPECT_EQ(Flags(g), (std::set<int>{0, 1, 2, 3}));
+  GlobalFree(nodes);
+  GlobalFree(tris);
+  if (!Mesher_Available()) return;
+  FE_Split split{};
+  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
+                                    &split.triangle_count, nullptr, 3),
+            1);
+  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
+  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 3200 - 400, 1e-9);
+  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
+  Free_FE_Split(&split);
+}
