@@ -278,15 +278,15 @@ TEST(Split, GridCoversSections) {
     Surface_Type* surface = tall ? s.File() : Plate(s);
     HGLOBAL nodes = 0, tris = 0;
     int nc = 0, tc = 0;
-    // At a step of 2.5 every corner of the section lies on grid lines and
-    // the cut is exact; at 3 each of the twelve corners is cut off by a
+    // At a step of 5 every corner of the section lies on grid lines and
+    // the cut is exact; at 6 each of the twelve corners is cut off by a
     // chord across its cell (half a cell at most).
-    for (double h : {2.5, 3.0}) {
+    for (double h : {5.0, 6.0}) {
       Recorder progress;
       EXPECT_GE(Split_Surface_By_Grid(surface, &nodes, &nc, h, h, &progress, &tc, &tris), 0);
       Mesh m(nodes, nc, tris, tc);
-      double cut = h == 3 ? 1.5 * h : 0;
-      EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 3 ? 12 * h * h / 2 : 1e-9);
+      double cut = h == 6 ? 1.5 * h : 0;
+      EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 6 ? 12 * h * h / 2 : 1e-9);
       EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
       ASSERT_GE(progress.seen.size(), 3u);
       EXPECT_TRUE(std::is_sorted(progress.seen.begin(), progress.seen.end()));
@@ -306,7 +306,7 @@ TEST(Split, GridCoversCurvedSections) {
   Surface_Type* surface = Rounded(s, &exact);
   HGLOBAL nodes = 0, tris = 0;
   int nc = 0, tc = 0;
-  for (double h : {4.0, 2.0}) {
+  for (double h : {4.0, 2.5}) {
     Split_Surface_By_Grid(surface, &nodes, &nc, h, h, nullptr, &tc, &tris);
     Mesh m(nodes, nc, tris, tc);
     // Chords across cells of diagonal h sqrt 2 on radii of at least 20, and
