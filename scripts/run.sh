@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Sets up the machine, builds tessaline and runs its main job on the bundled
 # default data: the example host files a drawn plate into a surface and
-# reports on it, the two picture examples draw a scene and a section's
-# region into out/scene.png and out/surface.png, and the editing example
-# draws an editing session step by step into out/editing.png.
+# reports on it, the picture examples draw a scene and a section's region
+# into out/scene.png and out/surface.png, an editing session step by step
+# into out/editing.png and a section's finite-element split into
+# out/split.png.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
@@ -13,3 +14,4 @@ mkdir -p "$root/out"
 "$root/build/examples/scene_picture" "$root/out/scene.png"
 "$root/build/examples/surface_picture" "$root/out/surface.png"
 "$root/build/examples/editing_strip" "$root/out/editing.png"
+"$root/build/examples/split_picture" "$root/out/split.png"
