@@ -37,4 +37,5 @@
 #include "tessaline/analysis/plane_stress.h"
 #include "tessaline/analysis/split.h"
 #include "tessaline/analysis/torsion.h"
+#include "tessaline/analysis/torsion_warping.h"
 #include "tessaline/analysis/weld.h"

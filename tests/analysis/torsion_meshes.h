@@ -8,7 +8,7 @@
 #include <numbers>
 #include <vector>
 
-#include "contour/drawing.h"
+#include "support/sections.h"
 
 // Nodes and triangles in movable blocks, as a split record holds them.
 struct Mesh_Blocks {
@@ -98,9 +98,119 @@ inline double Rectangle_J(double a, double b) {
   return a * b * b * b / 3.0 * (1.0 - 192.0 / std::pow(std::numbers::pi, 5) * b / a * s);
 }
 
-// A surface filed from a drawing.
-struct Section {
-  Drawing d;
-  Surface_Record s;
-  void File() { Make_Surface_From_Objects(&d.a, &s.s); }
-};
+// A union of axis-parallel rectangles {x0, y0, x1, y1} meshed on the grid of
+// all their edges, every grid interval cut in k: a conforming mesh of
+// I-sections, channels, angles and boxes. Boundary nodes get flag 1; a box
+// (the cells round an empty middle) gets flag 2 on its inner boundary.
+inline void Blocks_Mesh(const std::vector<std::array<double, 4>>& blocks, int k, Mesh_Blocks* m) {
+  std::vector<double> xs, ys;
+  for (const auto& b : blocks) {
+    xs.insert(xs.end(), {b[0], b[2]});
+    ys.insert(ys.end(), {b[1], b[3]});
+  }
+  auto refine = [k](std::vector<double>& v) {
+    std::sort(v.begin(), v.end());
+    v.erase(std::unique(v.begin(), v.end()), v.end());
+    std::vector<double> out;
+    for (size_t i = 0; i + 1 < v.size(); ++i) {
+      for (int j = 0; j < k; ++j) out.push_back(v[i] + (v[i + 1] - v[i]) * j / k);
+    }
+    out.push_back(v.back());
+    v = out;
+  };
+  refine(xs);
+  refine(ys);
+  const int nx = static_cast<int>(xs.size()), ny = static_cast<int>(ys.size());
+  auto inside = [&](double x, double y) {
+    for (const auto& b : blocks) {
+      if (x > b[0] && x < b[2] && y > b[1] && y < b[3]) return true;
+    }
+    return false;
+  };
+  std::vector<int> id(static_cast<size_t>(nx) * ny, -1);
+  std::vector<FEPOINT> nodes;
+  std::vector<FE3Ang> tris;
+  auto node = [&](int i, int j) {
+    int& v = id[static_cast<size_t>(j) * nx + i];
+    if (v < 0) {
+      v = static_cast<int>(nodes.size());
+      nodes.push_back({xs[i], ys[j], 0});
+    }
+    return v;
+  };
+  std::vector<char> cell(static_cast<size_t>(nx) * ny, 0);
+  for (int j = 0; j + 1 < ny; ++j) {
+    for (int i = 0; i + 1 < nx; ++i) {
+      if (!inside(0.5 * (xs[i] + xs[i + 1]), 0.5 * (ys[j] + ys[j + 1]))) continue;
+      cell[static_cast<size_t>(j) * nx + i] = 1;
+      const int a = node(i, j), b = node(i + 1, j), c = node(i + 1, j + 1), d = node(i, j + 1);
+      tris.push_back({{a, b, c}});
+      tris.push_back({{a, c, d}});
+    }
+  }
+  // A node is on the boundary when one of its four cells is missing.
+  auto has = [&](int i, int j) {
+    return i >= 0 && j >= 0 && i + 1 < nx && j + 1 < ny && cell[static_cast<size_t>(j) * nx + i];
+  };
+  for (int j = 0; j < ny; ++j) {
+    for (int i = 0; i < nx; ++i) {
+      const int v = id[static_cast<size_t>(j) * nx + i];
+      if (v >= 0 && !(has(i, j) && has(i - 1, j) && has(i, j - 1) && has(i - 1, j - 1))) {
+        nodes[v].flag = 1;
+      }
+    }
+  }
+  m->Set(nodes, tris);
+}
+
+// An equilateral triangle of side a, base on the x axis, cut in n^2 triangles.
+inline void Triangle_Mesh(double a, int n, Mesh_Blocks* m) {
+  std::vector<FEPOINT> nodes;
+  std::vector<FE3Ang> tris;
+  std::vector<std::vector<int>> id(static_cast<size_t>(n) + 1);
+  for (int j = 0; j <= n; ++j) {
+    for (int i = 0; i <= n - j; ++i) {
+      id[j].push_back(static_cast<int>(nodes.size()));
+      const bool edge = j == 0 || i == 0 || i == n - j;
+      nodes.push_back({a * (i + 0.5 * j) / n, a * std::sqrt(3.0) / 2 * j / n,
+                       static_cast<uint8_t>(edge ? 1 : 0)});
+    }
+  }
+  for (int j = 0; j < n; ++j) {
+    for (int i = 0; i < n - j; ++i) {
+      tris.push_back({{id[j][i], id[j][i + 1], id[j + 1][i]}});
+      if (i + 1 < n - j) tris.push_back({{id[j][i + 1], id[j + 1][i + 1], id[j + 1][i]}});
+    }
+  }
+  m->Set(nodes, tris);
+}
+
+// A disc of radius r about the origin: a centre node and nr rings, ring j
+// with 6 j nodes.
+inline void Disc_Mesh(double r, int nr, Mesh_Blocks* m) {
+  std::vector<FEPOINT> nodes{{0, 0, 0}};
+  std::vector<FE3Ang> tris;
+  std::vector<int> start{0};
+  for (int j = 1; j <= nr; ++j) {
+    start.push_back(static_cast<int>(nodes.size()));
+    for (int k = 0; k < 6 * j; ++k) {
+      const double t = 2 * std::numbers::pi * k / (6 * j), rr = r * j / nr;
+      nodes.push_back({rr * std::cos(t), rr * std::sin(t), static_cast<uint8_t>(j == nr ? 1 : 0)});
+    }
+  }
+  auto at = [&](int j, int k) {
+    if (j == 0) return 0;
+    return start[j] + ((k % (6 * j)) + 6 * j) % (6 * j);
+  };
+  for (int j = 1; j <= nr; ++j) {
+    // Ring j - 1 to ring j, sector by sector (six sectors, j pieces each).
+    for (int s = 0; s < 6; ++s) {
+      for (int q = 0; q < j; ++q) {
+        const int outer = s * j + q, inner = s * (j - 1) + q;
+        tris.push_back({{at(j - 1, inner), at(j, outer), at(j, outer + 1)}});
+        if (q + 1 < j) tris.push_back({{at(j - 1, inner), at(j, outer + 1), at(j - 1, inner + 1)}});
+      }
+    }
+  }
+  m->Set(nodes, tris);
+}

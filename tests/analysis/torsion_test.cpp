@@ -51,12 +51,11 @@ TEST(Torsion_FE, RectangleConvergesToTheSeries) {
 TEST(Torsion_FE, HollowCircleTakesItsHoleConstantFromTheGrid) {
   const double ri = 5, ro = 10;
   Section sec;
-  sec.d.Circle(0, 0, ro);
-  sec.d.Circle(0, 0, ri);
-  sec.File();
-  ASSERT_EQ(sec.s.s.hole_count, 1);
+  sec.Annulus(ro, ri);
+  Surface_Type* surface = sec.surface();
+  ASSERT_EQ(surface->hole_count, 1);
   double k = 0, area = 0;
-  RelaxMethod(&sec.s.s, kE, kNu, kTorsion_Theta, 0.25, &k, &area, nullptr);
+  RelaxMethod(surface, kE, kNu, kTorsion_Theta, 0.25, &k, &area, nullptr);
   EXPECT_NEAR(area, kPi * ri * ri, 1e-5 * area);
   const double k_exact = kRelax_Shear_Modulus * kTorsion_Theta * (ro * ro - ri * ri) / 2;
   EXPECT_NEAR(k, k_exact, 0.02 * k_exact);
@@ -66,7 +65,7 @@ TEST(Torsion_FE, HollowCircleTakesItsHoleConstantFromTheGrid) {
   Annulus_Mesh(ri, ro, 8, 128, &m);
   const double It = Solve_Torsion_FE_Moment(m.split.node_count, m.split.triangles,
                                             m.split.triangle_count, m.split.nodes, m.bandwidth,
-                                            &sec.s.s, nullptr, kE, kNu, 1.0 / kG, 0.25);
+                                            surface, nullptr, kE, kNu, 1.0 / kG, 0.25);
   EXPECT_NEAR(It, J, 0.02 * J);
 
   // Stress path: tau = Mt r / J, counter-clockwise for a positive torque;
@@ -74,7 +73,7 @@ TEST(Torsion_FE, HollowCircleTakesItsHoleConstantFromTheGrid) {
   const double Mt = 1000.0;
   const double r1 =
       Solve_Torsion_FE(m.split.node_count, m.split.triangles, m.split.triangle_count, m.split.nodes,
-                       m.bandwidth, &m.split.tau_x, &m.split.tau_y, &sec.s.s, kE, kNu, Mt, 0.25);
+                       m.bandwidth, &m.split.tau_x, &m.split.tau_y, surface, kE, kNu, Mt, 0.25);
   EXPECT_NEAR(r1, 1.0 / (kG * J), 0.02 / (kG * J));
   const std::vector<double> tx = m.Doubles(m.split.tau_x), ty = m.Doubles(m.split.tau_y);
   const FEPOINT* p = static_cast<const FEPOINT*>(GlobalLock(m.split.nodes));
@@ -88,9 +87,9 @@ TEST(Torsion_FE, HollowCircleTakesItsHoleConstantFromTheGrid) {
   }
   GlobalUnlock(m.split.nodes);
   GlobalUnlock(m.split.triangles);
-  const double r2 = Solve_Torsion_FE(m.split.node_count, m.split.triangles, m.split.triangle_count,
-                                     m.split.nodes, m.bandwidth, &m.split.tau_x, &m.split.tau_y,
-                                     &sec.s.s, kE, kNu, 2 * Mt, 0.25);
+  const double r2 =
+      Solve_Torsion_FE(m.split.node_count, m.split.triangles, m.split.triangle_count, m.split.nodes,
+                       m.bandwidth, &m.split.tau_x, &m.split.tau_y, surface, kE, kNu, 2 * Mt, 0.25);
   EXPECT_DOUBLE_EQ(r2, r1);
   const std::vector<double> tx2 = m.Doubles(m.split.tau_x), ty2 = m.Doubles(m.split.tau_y);
   for (size_t e = 0; e < tx.size(); ++e) {
@@ -102,13 +101,11 @@ TEST(Torsion_FE, HollowCircleTakesItsHoleConstantFromTheGrid) {
 // The sparse factorisation solves exactly the grid's equations.
 TEST(Relax_Grid, SparseSolveAgreesWithDenseSolve) {
   Section sec;
-  sec.d.Polygon({{0, 0}, {12, 0}, {12, 9}, {0, 9}});
-  sec.d.Circle(4, 4, 2);
-  sec.d.Polygon({{8, 3}, {10, 3}, {10, 7}, {8, 7}});
-  sec.File();
-  ASSERT_EQ(sec.s.s.hole_count, 2);
+  sec.Rectangle(12, 9, 6, 4.5).Round(2, 4, 4).Rectangle(2, 4, 9, 5);
+  Surface_Type* surface = sec.surface();
+  ASSERT_EQ(surface->hole_count, 2);
   Relax_Grid g;
-  ASSERT_TRUE(Build_Relax_Grid(&sec.s.s, kTorsion_Theta, 0.5, &g));
+  ASSERT_TRUE(Build_Relax_Grid(surface, kTorsion_Theta, 0.5, &g));
   ASSERT_GT(g.m, 300);
   ASSERT_GE(g.representative[0], 0);
   ASSERT_GE(g.representative[1], 0);
@@ -119,7 +116,7 @@ TEST(Relax_Grid, SparseSolveAgreesWithDenseSolve) {
   const Eigen::VectorXd x_sparse = ldlt.solve(g.rhs);
   EXPECT_LT((x_dense - x_sparse).norm(), 1e-10 * x_dense.norm());
   double k[2] = {0, 0}, area[2] = {0, 0};
-  RelaxMethod(&sec.s.s, kE, kNu, kTorsion_Theta, 0.5, k, area, nullptr);
+  RelaxMethod(surface, kE, kNu, kTorsion_Theta, 0.5, k, area, nullptr);
   EXPECT_NEAR(k[0], x_dense[g.representative[0]], 1e-9 * k[0]);
   EXPECT_NEAR(k[1], x_dense[g.representative[1]], 1e-9 * k[1]);
   EXPECT_NEAR(area[1], 8.0, 1e-12);
@@ -128,11 +125,10 @@ TEST(Relax_Grid, SparseSolveAgreesWithDenseSolve) {
 TEST(Relax_Grid, AHoleBetweenGridNodesIsReported) {
   Box_Capture boxes;
   Section sec;
-  sec.d.Polygon({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  sec.d.Circle(5.5, 5.5, 0.3);
-  sec.File();
+  sec.Rectangle(10, 10, 5, 5).Round(0.3, 5.5, 5.5);
+  Surface_Type* surface = sec.surface();
   double k = -7, area = -7;
-  RelaxMethod(&sec.s.s, kE, kNu, kTorsion_Theta, 2.0, &k, &area, nullptr);
+  RelaxMethod(surface, kE, kNu, kTorsion_Theta, 2.0, &k, &area, nullptr);
   ASSERT_EQ(boxes.shown().size(), 1u);
   EXPECT_EQ(boxes.shown()[0].text,
             "Increase number of finite elements. Cross-section properties could be calculated "

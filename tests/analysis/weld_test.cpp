@@ -71,7 +71,6 @@ TEST(Weld, BendEquivalentIsAQuarterOfThePrincipalDifference) {
 }
 
 TEST(Weld, SurfaceExtremesAlongTheContours) {
-  Section sec;
   Surface_Type empty{};
   double lo = -1, hi = -1;
   EXPECT_EQ(
@@ -80,22 +79,19 @@ TEST(Weld, SurfaceExtremesAlongTheContours) {
   // A circle of radius 2 about (5, 5) under Mx: |sigma| = |Mx/Ix| |y - yc|,
   // largest 2 Mx/Ix at the top and bottom, 0 where the circle meets y = yc;
   // 130 pieces by equal angle from angle 0 pass the top half a piece off.
-  sec.d.Circle(5, 5, 2);
-  sec.d.Arc(5, 5, 1, 0.25 * kPi, 0.25 * kPi + 0.5);  // not a contour
-  sec.File();
-  ASSERT_EQ(
-      Get_Surf_Butt_Weld_MinMax_Stress(&sec.s.s, 5, 5, 0, 0, 0, 10, 0, 0, 1, 4, 1, 0, 1, &lo, &hi),
-      1);
+  Section sec;
+  sec.Round(2, 5, 5);
+  ASSERT_EQ(Get_Surf_Butt_Weld_MinMax_Stress(sec.surface(), 5, 5, 0, 0, 0, 10, 0, 0, 1, 4, 1, 0, 1,
+                                             &lo, &hi),
+            1);
   EXPECT_NEAR(hi, 5.0 * std::cos(kPi / 130), 1e-12);
   EXPECT_NEAR(lo, 0.0, 1e-12);
   // An arc contour: the half disc above y = 5 reaches the top and y = 5.
   Section half;
-  half.d.Arc(0, 5, 2, 0, kPi);
-  half.d.Seg(-2, 5, 2, 5);
-  half.File();
-  ASSERT_EQ(
-      Get_Surf_Butt_Weld_MinMax_Stress(&half.s.s, 0, 5, 0, 0, 0, 10, 0, 0, 1, 4, 1, 0, 1, &lo, &hi),
-      1);
+  half.Outline({{2, 5, true, 0, 5}, {-2, 5}});
+  ASSERT_EQ(Get_Surf_Butt_Weld_MinMax_Stress(half.surface(), 0, 5, 0, 0, 0, 10, 0, 0, 1, 4, 1, 0, 1,
+                                             &lo, &hi),
+            1);
   EXPECT_NEAR(hi, 5.0, 1e-12);
   EXPECT_NEAR(lo, 0.0, 1e-12);
 }
