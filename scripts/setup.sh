@@ -8,6 +8,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
   libeigen3-dev
+  libcgal-dev libgmp-dev libmpfr-dev
 )
 
 missing=()
