@@ -7,6 +7,7 @@
 
 #include "analysis/warping_solve.h"
 #include "platform/locked.h"
+#include "tessaline/analysis/exact.h"
 #include "tessaline/analysis/torsion_warping.h"
 #include "tessaline/platform/memory.h"
 
@@ -14,6 +15,8 @@ namespace {
 
 constexpr double kDefault_Gap = 1e-6;
 constexpr int kDefault_Budget = 200000;
+// Elements of the starting mesh of a surface.
+constexpr double kStart_Elements = 128.0;
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
@@ -147,5 +150,29 @@ int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
   result->shear_area_x = s.shear_area_x;
   result->shear_area_y = s.shear_area_y;
   result->max_shear_stress = s.max_tau;
+  return status;
+}
+
+int Calc_Torsion_Warping(Surface_Type* surface, const Torsion_Warping_Options* options,
+                         Torsion_Warping_Result* result, FE_Split* split) {
+  if (!result) return TORSION_WARPING_FAILED;
+  result->status = TORSION_WARPING_FAILED;
+  surface_geometry g{};
+  if (!surface || !Calc_Exact_Surface_Param(surface, &g) || !(g.area > 0)) {
+    return TORSION_WARPING_FAILED;
+  }
+  const double h = std::sqrt(2.0 * g.area / kStart_Elements);
+  FE_Split own{};
+  FE_Split* s = split ? split : &own;
+  Free_FE_Split(s);
+  if (!Split_Surface_By_Mesher(surface, s, &s->node_count, &s->triangles, &s->triangle_count,
+                               nullptr, h) ||
+      s->triangle_count <= 0) {
+    Free_FE_Split(s);
+    Split_Surface_By_Grid(surface, &s->nodes, &s->node_count, h, h, nullptr, &s->triangle_count,
+                          &s->triangles);
+  }
+  const int status = Calc_Torsion_Warping_On_Split(surface, s, options, result);
+  if (s == &own) Free_FE_Split(&own);
   return status;
 }

@@ -171,3 +171,117 @@ TEST(Torsion_FE, InputThatCannotBeReadGivesZero) {
 }
 
 }  // namespace
+
+namespace {
+
+// The seed path on a surface: grid and mesher splits at 803 elements and
+// four times as many, against closed forms; the error falls.
+TEST(Calc_Torsion_Moment, ClosedFormsOnBothSplits) {
+  struct Case {
+    const char* name;
+    double J, A;
+    void (*draw)(Section&);
+  };
+  const double r3 = std::sqrt(3.0);
+  const Case cases[] = {
+      {"rectangle 2:1", Rectangle_J(20, 10), 200, [](Section& s) { s.Rectangle(20, 10); }},
+      {"hollow circle", kPi / 2 * (1e4 - 625), kPi * 75, [](Section& s) { s.Annulus(10, 5); }},
+      {"triangle", r3 * std::pow(12, 4) / 80, r3 / 4 * 144,
+       [](Section& s) {
+         s.Outline({{0, 0}, {12, 0}, {6, 6 * std::sqrt(3.0)}});
+       }},
+  };
+  for (const Case& c : cases) {
+    for (int mode : {0, 1}) {
+      double previous = 1.0;
+      for (int count : {803, 4 * 803}) {
+        Section s;
+        c.draw(s);
+        FE_Split split{};
+        int options[3] = {mode, count, count};
+        const double It = Calc_Torsion_Moment(s.surface(), c.A, kE, kNu, &split, 1.0 / kG, nullptr,
+                                              nullptr, options);
+        const double err = std::fabs(It - c.J) / c.J;
+        EXPECT_LT(err, 0.05) << c.name << " mode " << mode << " count " << count;
+        EXPECT_LT(err, previous) << c.name << " mode " << mode << " count " << count;
+        previous = err;
+        EXPECT_GT(split.triangle_count, count / 2);
+        Free_FE_Split(&split);
+      }
+    }
+  }
+}
+
+TEST(Calc_Torsion_Moment, EmptyOrBadInputGivesTheEmptyValue) {
+  Leak_Check leaks;
+  Surface_Type empty{};
+  FE_Split split{};
+  EXPECT_EQ(Calc_Torsion_Moment(&empty, 1, kE, kNu, &split, 1, nullptr, nullptr, nullptr),
+            100000.0);
+  Section s;
+  s.Rectangle(2, 1);
+  int zero[3] = {0, 0, 0};
+  EXPECT_EQ(Calc_Torsion_Moment(s.surface(), 2, kE, kNu, &split, 1, nullptr, nullptr, zero),
+            100000.0);
+  EXPECT_EQ(Calc_Torsion_Moment(s.surface(), 0, kE, kNu, &split, 1, nullptr, nullptr, nullptr),
+            100000.0);
+  EXPECT_EQ(Calc_Torsion_Moment(s.surface(), 2, kE, kNu, nullptr, 1, nullptr, nullptr, nullptr),
+            100000.0);
+  // A mode outside 0 and 1 reads the first count and splits on the grid.
+  int odd[3] = {7, 200, -1};
+  CProgressDlg progress;
+  EXPECT_GT(Calc_Torsion_Moment(s.surface(), 2, kE, kNu, &split, 1, &progress, nullptr, odd), 0);
+  EXPECT_EQ(progress.GetPos(), 100);
+  Free_FE_Split(&split);
+}
+
+// The stress evaluation over a section: torsion stresses kept, twice the
+// torque twice the stresses and the same result.
+TEST(Calc_Butt_Weld_Torsion, StressesScaleWithTheTorque) {
+  Section s;
+  s.Rectangle(20, 10, 10, 5);
+  FE_Split a{}, b{};
+  double max_a = 0, max_b = 0, ta = 0, tb = 0;
+  const int ia = Calc_Butt_Weld_Torsion(s.surface(), 200, 10, 5, 0, 0, 0, 0, 0, 1000, 1, 1, 0, kE,
+                                        kNu, &a, 0, &max_a, &ta, nullptr);
+  const int ib = Calc_Butt_Weld_Torsion(s.surface(), 200, 10, 5, 0, 0, 0, 0, 0, 2000, 1, 1, 0, kE,
+                                        kNu, &b, 0, &max_b, &tb, nullptr);
+  ASSERT_GE(ia, 0);
+  EXPECT_EQ(ia, ib);
+  EXPECT_DOUBLE_EQ(ta, tb);
+  EXPECT_NEAR(ta, 1.0 / (kG * Rectangle_J(20, 10)), 0.05 / (kG * Rectangle_J(20, 10)));
+  EXPECT_DOUBLE_EQ(max_b, 2 * max_a);
+  // The largest equivalent stress is sqrt(3) times the largest shear,
+  // Mt / (0.246 b t^2) at the middle of the long sides, less the distance
+  // of the centroids of the boundary triangles.
+  const double tau = 1000 / (0.2459 * 20 * 100);
+  EXPECT_GT(max_a, 0.8 * std::sqrt(3.0) * tau);
+  EXPECT_LT(max_a, 1.0 * std::sqrt(3.0) * tau);
+  Free_FE_Split(&a);
+  Free_FE_Split(&b);
+
+  // Calc_Eq_Stress refuses a surface without contours or a zero area and
+  // leaves the split as it was.
+  Surface_Type empty{};
+  surface_geometry g{};
+  g.area = 200;
+  FE_Split kept{};
+  kept.spare[0] = 5;
+  double result = -3;
+  EXPECT_EQ(Calc_Eq_Stress(&empty, &g, &kept, 0, 0, 1, kE, kNu, &result, nullptr), -1);
+  g.area = 0;
+  EXPECT_EQ(Calc_Eq_Stress(s.surface(), &g, &kept, 0, 0, 1, kE, kNu, &result, nullptr), -1);
+  EXPECT_EQ(result, -3);
+  EXPECT_EQ(kept.spare[0], 5);
+  g = surface_geometry{};
+  g.area = 200;
+  g.centroid_x = 10;
+  g.centroid_y = 5;
+  g.principal_moment_1 = 10 * 1000 / 12.0 * 2;
+  g.principal_moment_2 = 20 * 8000 / 12.0 / 2;
+  EXPECT_EQ(Calc_Eq_Stress(s.surface(), &g, &kept, 0, 0, 1000, kE, kNu, &result, nullptr), ia);
+  EXPECT_DOUBLE_EQ(result, max_a);
+  Free_FE_Split(&kept);
+}
+
+}  // namespace

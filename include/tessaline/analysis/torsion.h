@@ -28,6 +28,23 @@ inline constexpr int kTorsion_Default_Elements = 803;
 // evaluation (its step is never below sqrt(W H / this)).
 inline constexpr double kRelax_Max_Cells = 135913.5;
 
+// The result of Calc_Torsion_Moment for a split without triangles.
+inline constexpr double kTorsion_Empty_Split = 100000.0;
+// The largest element count a torsion split is made with.
+inline constexpr double kTorsion_Max_Elements = 4.0e6;
+
+// Splits the surface (options {mode, count for mode 0, count for mode 1}:
+// mode 1 the mesher with the window handle, else the grid split with the
+// progress dialog; null options: the grid and 803 elements), scaled to the
+// outer rectangle W x H and the area A: n = W H count / A elements of size
+// h = sqrt(2 W H / n). Solves the result path on it (grid step h for the
+// hole constants) and returns F / theta * J = F G It (F = 1 / G gives It in
+// mm^4). The split is freed first and holds the triangles after. Returns
+// 100000.0 when the split has no triangle or no node, or cannot be made.
+TESSALINE_API double Calc_Torsion_Moment(Surface_Type* surface, double A, double E, double nu,
+                                         FE_Split* split, double F, CProgressDlg* progress,
+                                         HWND window, int* options);
+
 // Heron's area of the triangle from its three side lengths (always >= 0).
 TESSALINE_API double Triangle_Area(double x1, double y1, double x2, double y2, double x3,
                                    double y3);

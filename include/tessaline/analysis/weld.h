@@ -81,3 +81,29 @@ TESSALINE_API int Get_Surf_Butt_Weld_MinMax_Stress(Surface_Type* surface, double
                                                    double My, double Mt, double A, double Ix,
                                                    double Iy, double alpha, double It,
                                                    double* min_stress, double* max_stress);
+
+// Splits the surface for torsion (as Calc_Torsion_Moment: options {mode,
+// count for mode 0, count for mode 1}, null: grid and 803; no progress, no
+// window), solves the stress path with torque Mt on it (hole constants on a
+// grid of at most 135913.5 cells), and evaluates
+// Get_Butt_Weld_Stress_With_Torsion at every triangle's centroid, shifted
+// by the section's centroid (xc, yc), with the triangle's torsion stresses.
+// The values replace split->results; the split keeps the torsion stresses
+// in tau_x and tau_y. *max_stress gets the largest absolute value and
+// *torsion the stress path's result (theta / J, 1 / (G It)). The int
+// argument is reserved and has no effect. Returns the index of the
+// triangle with the largest value, or -1 when the split has no triangle.
+TESSALINE_API int Calc_Butt_Weld_Torsion(Surface_Type* surface, double A, double xc, double yc,
+                                         double Qx, double Qy, double N, double Mx, double My,
+                                         double Mt, double Ix, double Iy, double alpha, double E,
+                                         double nu, FE_Split* split, int reserved,
+                                         double* max_stress, double* torsion, int* options);
+
+// The largest equivalent stress of the surface under Mx, My and Mt:
+// Calc_Butt_Weld_Torsion with the record's area, centroid, principal
+// moments and angle and no normal or shear force; its result is returned
+// and the largest stress written to *result. -1 (the split untouched) for a
+// surface without outer contours or a record whose area is 0.
+TESSALINE_API int Calc_Eq_Stress(Surface_Type* surface, surface_geometry* g, FE_Split* split,
+                                 double Mx, double My, double Mt, double E, double nu,
+                                 double* result, int* options);
