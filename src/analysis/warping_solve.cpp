@@ -37,27 +37,44 @@ struct Shape {
   }
 };
 
+// Shape functions at the quadrature points and at the seven stress
+// sampling points (centroid, corners, edge middles), computed once.
+const Shape& Shape_At(int k) {
+  static const std::vector<Shape> table = [] {
+    std::vector<Shape> t;
+    for (const Quad_Point& q : kQuad) t.emplace_back(q.xi, q.eta);
+    constexpr double kSample[7][2] = {{1.0 / 3, 1.0 / 3}, {0, 0},     {1, 0},  {0, 1},
+                                      {0.5, 0},           {0.5, 0.5}, {0, 0.5}};
+    for (const auto& p : kSample) t.emplace_back(p[0], p[1]);
+    return t;
+  }();
+  return table[static_cast<size_t>(k)];
+}
+constexpr int kSample_Base = 7;  // Shape_At(kSample_Base + i): sampling point i
+
 // Position, Jacobian determinant and x, y derivatives of the shape
-// functions of element t at a reference point.
+// functions of element t at a tabulated point.
 struct Mapped {
   double x = 0, y = 0, det = 0, dx[6], dy[6], n[6];
   Mapped(const std::vector<double>& X, const std::vector<double>& Y,
-         const std::array<int32_t, 6>& t, double xi, double eta) {
-    const Shape s(xi, eta);
+         const std::array<int32_t, 6>& t, int k) {
+    const Shape& s = Shape_At(k);
     double xx = 0, xe = 0, yx = 0, ye = 0;
     for (int i = 0; i < 6; ++i) {
-      x += s.n[i] * X[t[i]];
-      y += s.n[i] * Y[t[i]];
-      xx += s.dxi[i] * X[t[i]];
-      xe += s.deta[i] * X[t[i]];
-      yx += s.dxi[i] * Y[t[i]];
-      ye += s.deta[i] * Y[t[i]];
+      const double px = X[t[i]], py = Y[t[i]];
+      x += s.n[i] * px;
+      y += s.n[i] * py;
+      xx += s.dxi[i] * px;
+      xe += s.deta[i] * px;
+      yx += s.dxi[i] * py;
+      ye += s.deta[i] * py;
     }
     det = xx * ye - xe * yx;
+    const double inv = 1.0 / det;
     for (int i = 0; i < 6; ++i) {
       n[i] = s.n[i];
-      dx[i] = (ye * s.dxi[i] - yx * s.deta[i]) / det;
-      dy[i] = (-xe * s.dxi[i] + xx * s.deta[i]) / det;
+      dx[i] = (ye * s.dxi[i] - yx * s.deta[i]) * inv;
+      dy[i] = (-xe * s.dxi[i] + xx * s.deta[i]) * inv;
     }
   }
 };
@@ -74,8 +91,9 @@ Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
   // Centroid first: the other integrals are taken about it.
   double A = 0, Qx = 0, Qy = 0;
   for (const auto& t : m.tri) {
-    for (const Quad_Point& q : kQuad) {
-      const Mapped p(m.x, m.y, t, q.xi, q.eta);
+    for (int k = 0; k < 7; ++k) {
+      const Quad_Point& q = kQuad[k];
+      const Mapped p(m.x, m.y, t, k);
       A += q.w * p.det;
       Qx += q.w * p.det * p.x;
       Qy += q.w * p.det * p.y;
@@ -98,8 +116,9 @@ Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
   double Sxx = 0, Syy = 0, Sxy = 0;
   for (const auto& t : m.tri) {
     double ke[6][6] = {};
-    for (const Quad_Point& q : kQuad) {
-      const Mapped p(X, Y, t, q.xi, q.eta);
+    for (int qp = 0; qp < 7; ++qp) {
+      const Quad_Point& q = kQuad[qp];
+      const Mapped p(X, Y, t, qp);
       const double w = q.w * p.det;
       Sxx += w * p.x * p.x;
       Syy += w * p.y * p.y;
@@ -160,8 +179,9 @@ Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
   // first moments.
   double Iw = 0, Ixw = 0, Iyw = 0, Iww = 0;
   for (const auto& t : m.tri) {
-    for (const Quad_Point& q : kQuad) {
-      const Mapped p(X, Y, t, q.xi, q.eta);
+    for (int qp = 0; qp < 7; ++qp) {
+      const Quad_Point& q = kQuad[qp];
+      const Mapped p(X, Y, t, qp);
       double w = 0;
       for (int i = 0; i < 6; ++i) w += p.n[i] * omega[t[i]];
       const double dA = q.w * p.det;
@@ -217,12 +237,10 @@ Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
   const double scale = J > 0 ? Mt / J : 0.0;
   out.tau_x.resize(m.tri.size());
   out.tau_y.resize(m.tri.size());
-  constexpr double kNodes[7][2] = {{1.0 / 3, 1.0 / 3}, {0, 0},     {1, 0},  {0, 1},
-                                   {0.5, 0},           {0.5, 0.5}, {0, 0.5}};
   for (size_t e = 0; e < m.tri.size(); ++e) {
     const auto& t = m.tri[e];
     for (int s = 0; s < 7; ++s) {
-      const Mapped p(X, Y, t, kNodes[s][0], kNodes[s][1]);
+      const Mapped p(X, Y, t, kSample_Base + s);
       double fx = 0, fy = 0;
       for (int i = 0; i < 6; ++i) {
         const double f = dof[t[i]] >= 0 ? phi_d[dof[t[i]]] : 0.0;
