@@ -3,7 +3,9 @@
 # default data: the example host files a drawn plate into a surface and
 # reports on it, and the two picture examples draw a scene and a section's
 # region into out/scene.png and out/surface.png, and the split picture
-# example draws a section's finite-element split into out/split.png.
+# example draws a section's finite-element split into out/split.png, and the
+# torsion picture example the torsion shear stress of two steel sections into
+# out/torsion.png.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
@@ -13,3 +15,4 @@ mkdir -p "$root/out"
 "$root/build/examples/scene_picture" "$root/out/scene.png"
 "$root/build/examples/surface_picture" "$root/out/surface.png"
 "$root/build/examples/split_picture" "$root/out/split.png"
+"$root/build/examples/torsion_picture" "$root/out/torsion.png"

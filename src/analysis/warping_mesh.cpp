@@ -16,18 +16,81 @@ uint64_t Edge_Key(int32_t a, int32_t b) {
   return (static_cast<uint64_t>(static_cast<uint32_t>(a)) << 32) | static_cast<uint32_t>(b);
 }
 
-// The point of the curve nearest (x, y) when both ends (ax, ay), (bx, by) lie
-// on it; false otherwise.
-bool On_Curve(const Warping_Curve& c, double ax, double ay, double bx, double by) {
-  const double tol = 1e-9 * std::max(1.0, c.r);
-  auto on = [&](double x, double y) {
-    if (std::fabs(std::hypot(x - c.xc, y - c.yc) - c.r) > tol) return false;
-    if (c.sweep >= 2 * std::numbers::pi) return true;
-    double t = std::atan2(y - c.yc, x - c.xc) - c.a1;
-    t -= 2 * std::numbers::pi * std::floor(t / (2 * std::numbers::pi));
-    return t <= c.sweep + 1e-9 || t >= 2 * std::numbers::pi - 1e-9;
+bool Near_Curve(const Warping_Curve& c, double x, double y) {
+  if (std::fabs(std::hypot(x - c.xc, y - c.yc) - c.r) > 0.25 * c.r) return false;
+  if (c.sweep >= 2 * std::numbers::pi) return true;
+  double t = std::atan2(y - c.yc, x - c.xc) - c.a1;
+  t -= 2 * std::numbers::pi * std::floor(t / (2 * std::numbers::pi));
+  return t <= c.sweep + 1e-9 || t >= 2 * std::numbers::pi - 1e-9;
+}
+
+void Project(const Warping_Curve& c, double* x, double* y);
+
+// The curve of every boundary edge that follows an arc or a circle of the
+// surface, found along the boundary chains rather than by distance alone
+// (a mesher may add boundary nodes on the chords between its samples): an
+// arc's edges are the chain between the nodes at its two end points whose
+// nodes all lie near its circle and within its sweep; a circle's are a
+// whole chain near it. Their nodes are moved onto the curve.
+std::unordered_map<uint64_t, int> Match_Curves(std::vector<double>* x, std::vector<double>* y,
+                                               const std::vector<std::array<int32_t, 3>>& tri,
+                                               const std::vector<Warping_Curve>& curves) {
+  std::unordered_map<uint64_t, int> uses;
+  for (const auto& t : tri) {
+    for (int i = 0; i < 3; ++i) ++uses[Edge_Key(t[i], t[(i + 1) % 3])];
+  }
+  std::unordered_map<int32_t, int32_t> next;
+  for (const auto& t : tri) {
+    for (int i = 0; i < 3; ++i) {
+      if (uses[Edge_Key(t[i], t[(i + 1) % 3])] == 1) next[t[i]] = t[(i + 1) % 3];
+    }
+  }
+  std::unordered_map<uint64_t, int> found;
+  auto near = [&](int c, int32_t v) { return Near_Curve(curves[c], (*x)[v], (*y)[v]); };
+  auto node_at = [&](double px, double py, double scale) {
+    for (const auto& [v, w] : next) {
+      if (std::fabs((*x)[v] - px) <= 1e-7 * scale && std::fabs((*y)[v] - py) <= 1e-7 * scale) {
+        return v;
+      }
+    }
+    return -1;
   };
-  return on(ax, ay) && on(bx, by);
+  // Walks from `from` to `to` along the chain; true (edges recorded) when
+  // every node on the way is near the curve.
+  auto walk = [&](int c, int32_t from, int32_t to) {
+    std::vector<uint64_t> edges;
+    int32_t v = from;
+    for (size_t steps = 0; steps <= next.size(); ++steps) {
+      auto it = next.find(v);
+      if (it == next.end() || !near(c, it->second)) return false;
+      edges.push_back(Edge_Key(v, it->second));
+      v = it->second;
+      if (v == to) {
+        for (uint64_t e : edges) found[e] = c;
+        return true;
+      }
+    }
+    return false;
+  };
+  for (int c = 0; c < static_cast<int>(curves.size()); ++c) {
+    const Warping_Curve& k = curves[c];
+    const double scale = 1.0 + std::fabs(k.xc) + std::fabs(k.yc) + k.r;
+    if (k.sweep >= 2 * std::numbers::pi) {
+      for (const auto& [v, w] : next) {
+        if (near(c, v) && !found.count(Edge_Key(v, w)) && walk(c, v, v)) break;
+      }
+      continue;
+    }
+    const int32_t a = node_at(k.x1, k.y1, scale), b = node_at(k.x2, k.y2, scale);
+    if (a < 0 || b < 0 || a == b) continue;
+    if (!walk(c, a, b)) walk(c, b, a);
+  }
+  for (const auto& [e, c] : found) {
+    for (int32_t v : {static_cast<int32_t>(e >> 32), static_cast<int32_t>(e & 0xffffffffu)}) {
+      Project(curves[c], &(*x)[v], &(*y)[v]);
+    }
+  }
+  return found;
 }
 
 // The middle node of a boundary edge a-b on curve c: on the curve's normal
@@ -97,11 +160,13 @@ std::vector<Warping_Curve> Read_Warping_Curves(Surface_Type* surface) {
       if (!c || !Read_Contour(c.get(), &elements)) continue;
       for (const Element_Record& e : elements) {
         if (e.type == EL_CIRCLE) {
-          out.push_back({e.u.circle.xc, e.u.circle.yc, e.u.circle.r, 0.0, 2 * std::numbers::pi});
+          out.push_back(
+              {e.u.circle.xc, e.u.circle.yc, e.u.circle.r, 0.0, 2 * std::numbers::pi, 0, 0, 0, 0});
         } else if (e.type == EL_ARC) {
           double middle = 0, sweep = 0;
           Arc_Middle(e.u.arc.a1, e.u.arc.a2, &middle, &sweep);
-          out.push_back({e.u.arc.xc, e.u.arc.yc, e.u.arc.r, middle - sweep * 0.5, sweep});
+          out.push_back({e.u.arc.xc, e.u.arc.yc, e.u.arc.r, middle - sweep * 0.5, sweep, e.u.arc.x1,
+                         e.u.arc.y1, e.u.arc.x2, e.u.arc.y2});
         }
       }
     }
@@ -109,10 +174,19 @@ std::vector<Warping_Curve> Read_Warping_Curves(Surface_Type* surface) {
   return out;
 }
 
-P2_Mesh Build_P2_Mesh(const std::vector<double>& x, const std::vector<double>& y,
-                      const std::vector<std::array<int32_t, 3>>& tri,
+P2_Mesh Build_P2_Mesh(const std::vector<double>& x0, const std::vector<double>& y0,
+                      const std::vector<std::array<int32_t, 3>>& tri0,
                       std::vector<Warping_Curve> curves) {
   P2_Mesh m;
+  std::vector<double> x(x0), y(y0);
+  // Counter-clockwise first: the boundary chains run with the material on their left.
+  std::vector<std::array<int32_t, 3>> tri(tri0);
+  for (auto& t : tri) {
+    const double area2 =
+        (x[t[1]] - x[t[0]]) * (y[t[2]] - y[t[0]]) - (x[t[2]] - x[t[0]]) * (y[t[1]] - y[t[0]]);
+    if (area2 < 0) std::swap(t[1], t[2]);
+  }
+  const std::unordered_map<uint64_t, int> on_curve = Match_Curves(&x, &y, tri, curves);
   m.x = x;
   m.y = y;
   m.curves = std::move(curves);
@@ -133,10 +207,8 @@ P2_Mesh Build_P2_Mesh(const std::vector<double>& x, const std::vector<double>& y
       if (fresh) {
         double mx = 0.5 * (x[a] + x[b]), my = 0.5 * (y[a] + y[b]);
         if (uses[key] == 1) {
-          int curve = -1;
-          for (size_t c = 0; c < m.curves.size() && curve < 0; ++c) {
-            if (On_Curve(m.curves[c], x[a], y[a], x[b], y[b])) curve = static_cast<int>(c);
-          }
+          auto c = on_curve.find(key);
+          const int curve = c == on_curve.end() ? -1 : c->second;
           m.edge_curve[key] = curve;
           if (curve >= 0) Curved_Middle(m.curves[curve], x[a], y[a], x[b], y[b], &mx, &my);
         }

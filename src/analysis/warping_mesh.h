@@ -14,6 +14,7 @@
 // boundary nodes are placed.
 struct Warping_Curve {
   double xc, yc, r, a1, sweep;
+  double x1, y1, x2, y2;  // an arc's end points (unused for a circle)
 };
 
 struct P2_Mesh {

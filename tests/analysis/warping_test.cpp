@@ -161,6 +161,26 @@ TEST(Torsion_Warping, ThinWalledSections) {
   }
 }
 
+// From the surface alone: the mesher's start, its boundary nodes (some on
+// the chords between its samples) moved onto the circles.
+TEST(Torsion_Warping, FromTheSurfaceFollowsItsCircles) {
+  Section ring;
+  ring.Annulus(10, 5);
+  const Torsion_Warping_Options o{1e-4, 20000, 1.0};
+  Torsion_Warping_Result r{};
+  FE_Split split{};
+  ASSERT_EQ(Calc_Torsion_Warping(ring.surface(), &o, &r, &split), TORSION_WARPING_GAP_REACHED);
+  const double J = kPi / 2 * (1e4 - 625);
+  EXPECT_LE(r.J_lower, J * (1 + 1e-9));
+  EXPECT_GE(r.J_upper, J * (1 - 1e-9));
+  EXPECT_NEAR(r.area, kPi * 75, 1e-6 * kPi * 75);
+  EXPECT_EQ(split.triangle_count, r.elements);
+  Free_FE_Split(&split);
+  Surface_Type empty{};
+  EXPECT_EQ(Calc_Torsion_Warping(&empty, &o, &r, nullptr), TORSION_WARPING_FAILED);
+  EXPECT_EQ(Calc_Torsion_Warping(nullptr, &o, &r, nullptr), TORSION_WARPING_FAILED);
+}
+
 TEST(Torsion_Warping, InputThatCannotBeReadFails) {
   Leak_Check leaks;
   Torsion_Warping_Result r{};
