@@ -131,6 +131,29 @@ void Add_Element(const Element_Record& e, const Nodes& n, bool forward,
   }
 }
 
+// A point of the loop's outline: the middle of its first piece.
+void Probe(const Contour_Piece& p, double* x, double* y) {
+  if (p.kind == Contour_Piece::kArc) {
+    double t = p.t1 + p.sweep / 2;
+    *x = p.cx + p.r * std::cos(t), *y = p.cy + p.r * std::sin(t);
+  } else if (p.kind == Contour_Piece::kCubic) {
+    *x = p.ax[0] + 0.5 * (p.ax[1] + 0.5 * (p.ax[2] + 0.5 * p.ax[3]));
+    *y = p.ay[0] + 0.5 * (p.ay[1] + 0.5 * (p.ay[2] + 0.5 * p.ay[3]));
+  } else {
+    *x = (p.x1 + p.x2) / 2, *y = (p.y1 + p.y2) / 2;
+  }
+}
+
+// Whether the point lies in one of the surface's outer contours.
+bool In_Outer(Surface_Type* surface, double x, double y) {
+  Handle_Slots outers = Surface_List(surface, kOuters);
+  for (size_t i = 0; i < outers.size(); ++i) {
+    Locked<Contour_Type> c(outers[i]);
+    if (c && Is_Point_In_Contour(c.get(), x, y)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool Read_Contour_Pieces(const Contour_Type* contour, std::vector<Contour_Piece>* pieces) {
@@ -190,6 +213,11 @@ bool Read_Surface_Loops(Surface_Type* surface, std::vector<Surface_Loop>* loops)
         Locked<Contour_Type> c(contours[i]);
         Surface_Loop loop{{}, list == kHoles};
         if (!c || !Read_Contour_Pieces(c.get(), &loop.pieces)) return false;
+        if (loop.hole) {
+          double x, y;
+          Probe(loop.pieces[0], &x, &y);
+          if (!In_Outer(surface, x, y)) return false;
+        }
         loops->push_back(std::move(loop));
       }
       if (list == kOuters && loops->empty()) return false;

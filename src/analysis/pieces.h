@@ -39,7 +39,9 @@ struct Surface_Loop {
 bool Read_Contour_Pieces(const Contour_Type* contour, std::vector<Contour_Piece>* pieces);
 
 // Every contour of the surface, outer contours first. False when the
-// surface has no outer contour or one of its contours cannot be read.
+// surface has no outer contour, one of its contours cannot be read, or a
+// hole does not lie in an outer contour (tested at the middle of its first
+// piece): the sums subtract each hole from the outer contours.
 bool Read_Surface_Loops(Surface_Type* surface, std::vector<Surface_Loop>* loops);
 
 // The six raw sums of a region: area, integrals of x, y, x^2, y^2, x y.

@@ -7,6 +7,7 @@
 
 #include "analysis/split_contours.h"
 #include "analysis/split_internal.h"
+#include "contour/prepared.h"
 #include "model/box.h"
 #include "tessaline/contour/surface.h"
 #include "tessaline/geometry/intersect.h"
@@ -128,6 +129,16 @@ class Grid_Split {
   Grid_Split(Surface_Type* surface, Grid* grid, CProgressDlg* progress)
       : surface_(surface), g_(*grid), progress_(progress) {
     inside_.assign(g_.gx.size() * g_.gy.size(), -1);
+    prepared_ok_ = prepared_.Read(surface);
+    if (!prepared_ok_) return;
+    // Every grid corner is a corner of some cell: test them a row at a time.
+    Prepared_Row row;
+    for (size_t j = 0; j < g_.gy.size(); ++j) {
+      prepared_.Set_Row(g_.gy[j], &row);
+      for (size_t k = 0; k < g_.gx.size(); ++k) {
+        inside_[k * g_.gy.size() + j] = static_cast<int8_t>(row.Contains(g_.gx[k]) ? 1 : 0);
+      }
+    }
   }
 
   void Sweep(bool along_x) {
@@ -146,7 +157,10 @@ class Grid_Split {
   Split_Mesh& mesh() { return mesh_; }
 
  private:
-  bool Inside(double x, double y) { return Is_Point_In_Surface(surface_, x, y) != 0; }
+  // Is_Point_In_Surface, answered from the surface read once.
+  bool Inside(double x, double y) {
+    return (prepared_ok_ ? prepared_.Contains(x, y) : Is_Point_In_Surface(surface_, x, y)) != 0;
+  }
 
   bool Corner_Inside(size_t k, size_t j) {
     int8_t& s = inside_[k * g_.gy.size() + j];
@@ -278,6 +292,8 @@ class Grid_Split {
   };
 
   Surface_Type* surface_;
+  Prepared_Surface prepared_;
+  bool prepared_ok_ = false;
   Grid& g_;
   CProgressDlg* progress_;
   std::vector<int8_t> inside_;  // per grid corner: -1 not tested, 0, 1

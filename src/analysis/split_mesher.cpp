@@ -175,6 +175,10 @@ int Mesh_Surface(Surface_Type* surface, HWND window, double h, bool renumber, Sp
   CMeshNodeList node_list;
   CMeshElementList element_list;
   int node_count = 0, element_count = 0;
+  // The mesher's defaults (angle bound, node bound, reserved word), then
+  // how many of the contours are outer ones: 1 for a section in one piece;
+  // a surface of several pieces passes all its outer contours, so that
+  // their nodes are flagged 1 too.
   if (!GetFinalElementsForArea(static_cast<int>(contours.size()), counts.data(), xs.data(),
                                ys.data(), h, 0, 0, 0, outer_count, &node_list, &element_list,
                                &node_count, &element_count, window))

@@ -80,11 +80,13 @@ bool Mesher_Available();
 // which must be empty, receive the nodes (each used by some element) and
 // the elements; *node_count and *element_count their numbers.
 //
-// max_nodes bounds the nodes refinement may make (0: a bound from the
-// region's area and h, at most 2^23); `reserved` must be 0. Returns 1 done;
-// 0 for bad arguments (no polygon, a polygon of fewer than three nodes, a
-// coordinate or h not finite, h not positive), when the bound is reached or
-// the mesher is not built in; the lists are then empty. `window` is not used.
+// max_nodes bounds the nodes refinement may make (0: four times what the
+// region's area and h call for, at most 2^23); `reserved` must be 0.
+// Returns 1 done; 0 for bad arguments (no polygon, a polygon of fewer than
+// three nodes, a coordinate or h not finite, h not positive), when the
+// region would need more than 2^23 nodes at size h, when the bound is
+// reached or the mesher is not built in; the lists are then empty.
+// `window` is not used.
 int GetFinalElementsForArea(int contours, const int* node_counts, const double* const* xs,
                             const double* const* ys, double h, double angle_bound, int max_nodes,
                             int reserved, int outer_count, CMeshNodeList* nodes,

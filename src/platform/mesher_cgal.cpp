@@ -24,6 +24,8 @@
 
 namespace {
 
+constexpr long long kMost_Nodes = 1LL << 23;
+
 struct Vertex_Tag {
   int contour = -1;           // the input polygon the vertex lies on; -1 inner
   CMeshNode* node = nullptr;  // its node in the output list
@@ -244,23 +246,41 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
   *node_count = *element_count = 0;
   if (!Arguments_Valid(contours, node_counts, xs, ys, h, angle_bound, reserved)) return 0;
   try {
+    // The outer polygons bound the region's area: refuse before building
+    // anything what could never fit.
+    double outer_area = 0;
+    for (int c = 0; c < std::min(outer_count, contours); ++c) {
+      double twice = 0;
+      for (int i = 0, j = node_counts[c] - 1; i < node_counts[c]; j = i++) {
+        twice += (xs[c][j] - xs[c][i]) * (ys[c][j] + ys[c][i]);
+      }
+      outer_area += std::fabs(twice) / 2;
+    }
+    if (!(1.5 * outer_area / (h * h) <= kMost_Nodes)) return 0;
+
     CDT cdt;
+    // All nodes at once, in spatial order: one at a time along a contour,
+    // each new node on a long straight run would flip the whole fan before it.
+    std::vector<std::pair<K::Point_2, Vertex_Tag>> all;
     long long input = 0;
     for (int c = 0; c < contours; ++c) {
-      std::vector<Vertex_handle> v;
-      v.reserve(static_cast<size_t>(node_counts[c]));
-      Face_handle hint;
       for (int i = 0; i < node_counts[c]; ++i) {
-        Vertex_handle vh = cdt.insert(K::Point_2(xs[c][i], ys[c][i]), hint);
-        if (vh->info().contour < 0) vh->info().contour = c;
-        hint = vh->face();
-        v.push_back(vh);
-      }
-      for (size_t i = 0; i < v.size(); ++i) {
-        Vertex_handle a = v[i], b = v[(i + 1) % v.size()];
-        if (a != b) cdt.insert_constraint(a, b);
+        all.push_back({K::Point_2(xs[c][i], ys[c][i]), Vertex_Tag{c, nullptr}});
       }
       input += node_counts[c];
+    }
+    cdt.insert(all.begin(), all.end());
+    if (cdt.dimension() < 2) return 0;
+    for (int c = 0; c < contours; ++c) {
+      Vertex_handle first, previous;
+      Face_handle hint;
+      for (int i = 0; i <= node_counts[c]; ++i) {
+        int k = i < node_counts[c] ? i : 0;
+        Vertex_handle v = cdt.insert(K::Point_2(xs[c][k], ys[c][k]), hint);  // finds the node
+        hint = v->face();
+        if (previous != Vertex_handle() && previous != v) cdt.insert_constraint(previous, v);
+        previous = v;
+      }
     }
     if (cdt.dimension() < 2) return 0;
     for (Face_handle f : cdt.all_face_handles()) f->info() = 0;
@@ -270,10 +290,13 @@ int GetFinalElementsForArea(int contours, const int* node_counts, const double* 
     for (Face_handle f : cdt.finite_face_handles()) {
       if (f->is_in_domain()) area += std::fabs(CGAL::to_double(cdt.triangle(f).area()));
     }
-    long long cap = max_nodes > 0 ? max_nodes
-                                  : static_cast<long long>(std::min(16.0 * area / (h * h), 8e6)) +
-                                        4 * input + 1024;
-    cap = std::min<long long>(cap, 1LL << 23);
+    // A mesh of edges up to h has about 1.5 area / h^2 nodes inside; refuse
+    // at once what the bound could not hold rather than refine towards it.
+    double expected = 1.5 * area / (h * h);
+    if (!(expected <= kMost_Nodes)) return 0;
+    long long cap =
+        max_nodes > 0 ? max_nodes : static_cast<long long>(4 * expected) + 4 * input + 1024;
+    cap = std::min<long long>(cap, kMost_Nodes);
 
     Edge_Buckets edges(contours, node_counts, xs, ys, h / 2);
     if (edges.usable()) {

@@ -355,6 +355,12 @@ TEST(ExactProperties, BadInput) {
     refused(&zero.s);
   }
   {
+    Surface_Record apart;  // a hole beside the section, not in it
+    apart.Outer(d.Square(0, 0, 2));
+    apart.Hole(d.Square(3, 0, 1));
+    refused(&apart.s);
+  }
+  {
     Surface_Record hole_only;
     hole_only.Hole(d.Square(0, 0, 1));
     refused(&hole_only.s);

@@ -278,15 +278,15 @@ TEST(Split, GridCoversSections) {
     Surface_Type* surface = tall ? s.File() : Plate(s);
     HGLOBAL nodes = 0, tris = 0;
     int nc = 0, tc = 0;
-    // At a step of 2.5 every corner of the section lies on grid lines and
-    // the cut is exact; at 3 each of the twelve corners is cut off by a
+    // At a step of 5 every corner of the section lies on grid lines and
+    // the cut is exact; at 6 each of the twelve corners is cut off by a
     // chord across its cell (half a cell at most).
-    for (double h : {2.5, 3.0}) {
+    for (double h : {5.0, 6.0}) {
       Recorder progress;
       EXPECT_GE(Split_Surface_By_Grid(surface, &nodes, &nc, h, h, &progress, &tc, &tris), 0);
       Mesh m(nodes, nc, tris, tc);
-      double cut = h == 3 ? 1.5 * h : 0;
-      EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 3 ? 12 * h * h / 2 : 1e-9);
+      double cut = h == 6 ? 1.5 * h : 0;
+      EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 6 ? 12 * h * h / 2 : 1e-9);
       EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
       ASSERT_GE(progress.seen.size(), 3u);
       EXPECT_TRUE(std::is_sorted(progress.seen.begin(), progress.seen.end()));
@@ -306,7 +306,7 @@ TEST(Split, GridCoversCurvedSections) {
   Surface_Type* surface = Rounded(s, &exact);
   HGLOBAL nodes = 0, tris = 0;
   int nc = 0, tc = 0;
-  for (double h : {4.0, 2.0}) {
+  for (double h : {4.0, 2.5}) {
     Split_Surface_By_Grid(surface, &nodes, &nc, h, h, nullptr, &tc, &tris);
     Mesh m(nodes, nc, tris, tc);
     // Chords across cells of diagonal h sqrt 2 on radii of at least 20, and
@@ -358,6 +358,10 @@ TEST(Split, BadInputGivesEmptySplit) {
     EXPECT_EQ(Split_Surface_By_Grid(&ok.surface, &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
   }
   EXPECT_EQ(Split_Surface_By_Grid(nullptr, &nodes, &nc, 1, 1, nullptr, &tc, &tris), -1);
+  FE_Split fine{};  // would need 10^8 nodes: refused at once
+  EXPECT_EQ(Split_Surface_By_Mesher(&ok.surface, &fine, &fine.node_count, &fine.triangles,
+                                    &fine.triangle_count, nullptr, 1e-3),
+            0);
   EXPECT_EQ(tc + nc, 0);
 
   // A hole outside its outer contour takes nothing away: both splits give
@@ -496,4 +500,33 @@ TEST(Split, RenumberingNarrowsTheBand) {
   EXPECT_EQ(Get_FE_Bandwidth(0, 3), 0);
   GlobalFree(n);
   GlobalFree(t);
+}
+
+TEST(Split, SectionInTwoPieces) {
+  // Two plates, each with a hole: both outer contours flag 1, the holes 2
+  // and 3, with either split.
+  Section s;
+  s.Rect(0, 0, 40, 40);
+  s.Rect(60, 0, 100, 40);
+  s.Rect(10, 10, 20, 30);
+  s.Rect(70, 10, 90, 20);
+  Surface_Type* surface = s.File();
+  ASSERT_EQ(surface->outer_count, 2);
+  HGLOBAL nodes = 0, tris = 0;
+  int nc = 0, tc = 0;
+  Split_Surface_By_Grid(surface, &nodes, &nc, 2, 2, nullptr, &tc, &tris);
+  Mesh g(nodes, nc, tris, tc);
+  EXPECT_NEAR(Check_Cover(surface, g, 0), 3200 - 400, 1e-9);
+  EXPECT_EQ(Flags(g), (std::set<int>{0, 1, 2, 3}));
+  GlobalFree(nodes);
+  GlobalFree(tris);
+  if (!Mesher_Available()) return;
+  FE_Split split{};
+  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
+                                    &split.triangle_count, nullptr, 3),
+            1);
+  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
+  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 3200 - 400, 1e-9);
+  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
+  Free_FE_Split(&split);
 }

@@ -53,7 +53,7 @@ std::vector<HGLOBAL> Grid_Polygon(Drawing& d, std::mt19937& rng) {
 TEST(PreparedSurface, AgreesWithThePerPointTest) {
   std::mt19937 rng(8);
   long long tested = 0, inside = 0;
-  for (int round = 0; round < 24; ++round) {
+  for (int round = 0; round < 16; ++round) {
     Drawing d;
     Surface_Record s;
     s.Outer(round % 2 ? Ring_Chain(d, rng) : Grid_Polygon(d, rng));
@@ -65,10 +65,11 @@ TEST(PreparedSurface, AgreesWithThePerPointTest) {
     Prepared_Row row;
     // Every half-integer point: vertices, points on edges and level with
     // every arc end; a the height a vertex moves the ray to too.
-    for (double y = -1; y <= 18; y += 0.5) {
+    for (double y = -1; y <= 16; y += 0.5) {
       for (double dy : {0.0, 1e-10}) {
+        if (dy != 0 && y != std::floor(y)) continue;
         p.Set_Row(y + dy, &row);
-        for (double x = -1; x <= 18; x += 0.5) {
+        for (double x = -1; x <= 16; x += 0.5) {
           int want = Is_Point_In_Surface(&s.s, x, y + dy);
           ASSERT_EQ(row.Contains(x), want) << round << ": " << x << ", " << y + dy;
           ASSERT_EQ(p.Contains(x, y + dy), want) << round << ": " << x << ", " << y + dy;

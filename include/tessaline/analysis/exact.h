@@ -12,8 +12,9 @@
 // (consecutive ends more than 0.001 apart in x or y, as the contour search
 // joins them), an element that does not lock or is not a segment,
 // polyline, arc, circle or spline, a circle sharing a contour with other
-// elements, a coordinate that is not finite, an outer rectangle of zero
-// width or height, or an area that is not positive.
+// elements, a coordinate that is not finite, a hole that does not lie in an
+// outer contour (tested at a point of its outline), an outer rectangle of
+// zero width or height, or an area that is not positive.
 #pragma once
 
 #include "tessaline/analysis/properties.h"

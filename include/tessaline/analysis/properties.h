@@ -108,7 +108,7 @@ TESSALINE_API void Calc_Rect_Grid_Surface_Param(Surface_Type* surface, surface_g
 // centres lie strictly inside the hole's inner rectangle (Find_Inner_Rect)
 // are passed over without a test. The sums are 0 for a step that is not
 // positive or a rectangle that is not finite, and for a grid of more than
-// 2^40 cells.
+// 2^31 cells (half a minute), which no section needs.
 TESSALINE_API void Grid_Pass(Surface_Type* surface, surface_geometry* g, double left, double top,
                              double right, double bottom, double h);
 

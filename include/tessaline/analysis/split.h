@@ -122,8 +122,10 @@ TESSALINE_API int Split_Surface_By_Grid(Surface_Type* surface, HGLOBAL* nodes, i
 // and *node_count, the triangles into *triangles and *triangle_count (the
 // callers pass the record's own fields). Returns 1 done; 0 when the mesher
 // fails or is not built in, the surface has no outer contour, h is not
-// positive and finite, or the sampling would exceed 2^22 nodes. A mesher
-// result without nodes or elements leaves the record without triangles.
+// positive and finite, the sampling would exceed 2^22 nodes or the mesh
+// about 2^23. A mesher result without nodes or elements leaves the record
+// without triangles. The blocks that split->nodes and *triangles named
+// before are freed first.
 TESSALINE_API int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_count,
                                           HGLOBAL* triangles, int* triangle_count, HWND window,
                                           double h);
