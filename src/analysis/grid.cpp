@@ -18,7 +18,7 @@ namespace {
 
 constexpr double kShortcut_Cells = 200000;
 constexpr double kMax_Pass_Cells = 2147483648.0;  // 2^31, half a minute: no pass is meant finer
-constexpr double kMax_Final_Cells = 268435456.0;  // 2^28
+constexpr double kMax_Final_Cells = 67108864.0;   // 2^26, about a second
 
 // The one hole's inner rectangle, when the grid is fine enough to use it.
 // The rectangle is used only when its centre lies in the hole, so a hole

@@ -70,7 +70,7 @@ void Finish_Surface_Geometry(Surface_Type* surface, surface_geometry* g) {
   double dv = std::fmax(std::fabs(va - vc), std::fabs(vb - vc));
   double c = std::cos(alpha), s = std::sin(alpha);
   g->extreme_distance_1 = std::fabs(c * du - s * dv);
-  // dv in both terms, as the beam-section data was made.
+  // dv in both terms: kept so on purpose.
   g->extreme_distance_2 = std::fabs(c * dv + s * dv);
   g->section_modulus_1 = g->principal_moment_1 / std::fabs(dv);
   g->section_modulus_2 = g->principal_moment_2 / std::fabs(du);

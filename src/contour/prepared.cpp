@@ -60,15 +60,19 @@ void Prepared_Surface::Set_Row(double y, Prepared_Row* row) const {
     c.clear();
     shapes_[i].Row_Crossings(y, &c);
     if (c.empty()) continue;  // counts nothing: outside
-    Prepared_Row::Contour_Row r{i, row->xs_.size(), row->xs_.size(), INFINITY, false};
-    r.full = std::any_of(c.begin(), c.end(), [](const Ray_Crossing& k) { return std::isnan(k.x); });
-    if (r.full) {
-      row->contours_.push_back(r);
-      continue;
+    Prepared_Row::Contour_Row r{i, row->xs_.size(), row->xs_.size(), INFINITY, 0};
+    // A crossing at no number (an element with a NaN coordinate) lies left
+    // of every point by a segment's test and of none by the others'.
+    auto unordered = [](const Ray_Crossing& k) { return std::isnan(k.x); };
+    for (const Ray_Crossing& k : c) {
+      if (!unordered(k) || !k.nan_counts) continue;
+      if (k.end) r.vertex_x = -INFINITY;
+      r.base += k.add;
     }
+    c.erase(std::remove_if(c.begin(), c.end(), unordered), c.end());
     std::sort(c.begin(), c.end(),
               [](const Ray_Crossing& a, const Ray_Crossing& b) { return a.x < b.x; });
-    double sum = 0;
+    double sum = r.base;
     for (const Ray_Crossing& k : c) {
       if (k.end) r.vertex_x = std::min(r.vertex_x, k.x);
       sum += k.add;
@@ -81,11 +85,11 @@ void Prepared_Surface::Set_Row(double y, Prepared_Row* row) const {
 }
 
 bool Prepared_Row::Contour_Contains(const Contour_Row& c, double x) const {
-  if (c.full || x >= c.vertex_x) return surface_->shapes_[c.contour].Contains(x, y_) != 0;
+  if (x >= c.vertex_x) return surface_->shapes_[c.contour].Contains(x, y_) != 0;
   auto first = xs_.begin() + static_cast<ptrdiff_t>(c.begin);
   auto last = xs_.begin() + static_cast<ptrdiff_t>(c.end);
   size_t left = static_cast<size_t>(std::upper_bound(first, last, x) - first);
-  double k = left ? sums_[c.begin + left - 1] : 0;
+  double k = left ? sums_[c.begin + left - 1] : c.base;
   return static_cast<int64_t>(k) % 2 != 0;
 }
 

@@ -38,7 +38,7 @@ class Prepared_Row {
     size_t contour;     // index into the prepared surface's contours
     size_t begin, end;  // its crossings in xs_ and sums_
     double vertex_x;    // from here on the ray meets a vertex: full test
-    bool full;          // a crossing that is not a number: always the full test
+    double base;        // what crossings at no number add, left of every point
   };
   bool Contour_Contains(const Contour_Row& c, double x) const;
 

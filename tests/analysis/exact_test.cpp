@@ -241,6 +241,42 @@ TEST(ExactProperties, SplineFollowsItsCurve) {
   EXPECT_NEAR(g.area, kPi * 30 * 20, 0.05 * g.area);  // and it is about the ellipse
 }
 
+TEST(ExactProperties, PolylineAndSplineOutlines) {
+  // The same outlines as one closed polyline (either way round) and as a
+  // spline whose moments are zero (straight pieces) give the sums and the
+  // plastic moduli of their segments.
+  const double x[] = {0, 80, 80, 8, 8, 0, 0}, y[] = {0, 0, 8, 8, 120, 120, 0};
+  const double rx[] = {0, 0, 8, 8, 80, 80, 0}, ry[] = {0, 120, 120, 8, 8, 0, 0};
+  const double tx[] = {0, 50, 10, 0}, ty[] = {0, 5, 40, 0}, zero[4] = {};
+  Drawing d;
+  Surface_Record forward, backward, spline, triangle;
+  forward.Outer({d.Add(Create_Polyline(7, x, y))});
+  backward.Outer({d.Add(Create_Polyline(7, rx, ry))});
+  spline.Outer({d.Add(Create_Spline(4, tx, ty, zero, zero))});
+  triangle.Outer(d.Polygon({{0, 0}, {50, 5}, {10, 40}}));
+  Section angle;
+  angle.Angle(80, 120, 8);
+  auto same = [](Surface_Type* a, Surface_Type* b) {
+    surface_geometry ga{}, gb{};
+    ASSERT_EQ(Calc_Exact_Surface_Param(a, &ga), 1);
+    ASSERT_EQ(Calc_Exact_Surface_Param(b, &gb), 1);
+    const double* fa = &ga.area;
+    const double* fb = &gb.area;
+    for (int i = 0; i < 6; ++i) EXPECT_NEAR(fa[i], fb[i], 1e-12 * std::fabs(fb[i]) + 1e-6) << i;
+    Plastic_Geometry pa{}, pb{};
+    ASSERT_EQ(Calc_Plastic_Surface_Param(a, &pa), 1);
+    ASSERT_EQ(Calc_Plastic_Surface_Param(b, &pb), 1);
+    EXPECT_NEAR(pa.x_axis.plastic_modulus, pb.x_axis.plastic_modulus,
+                1e-11 * pb.x_axis.plastic_modulus);
+    EXPECT_NEAR(pa.major.plastic_modulus, pb.major.plastic_modulus,
+                1e-11 * pb.major.plastic_modulus);
+    EXPECT_NEAR(pa.minor.fibre, pb.minor.fibre, 1e-11 * pb.minor.fibre);
+  };
+  same(&forward.s, angle.surface());
+  same(&backward.s, angle.surface());
+  same(&spline.s, &triangle.s);
+}
+
 TEST(PlasticProperties, ClosedForms) {
   {
     Section s(Placement{12, -3, 0});

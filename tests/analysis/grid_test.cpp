@@ -39,6 +39,13 @@ TEST(GridIntegration, RectangleAndDegenerateSurfaces) {
   Calc_Rect_Grid_Surface_Param(nullptr, &untouched);
   Calc_Rect_Grid_Surface_Param(s.surface(), nullptr);
   EXPECT_EQ(untouched.area, 7);
+  // A hole beside the section.
+  Surface_Record apart;
+  apart.Outer(d.Square(0, 0, 2));
+  apart.Hole(d.Square(3, 0, 1));
+  surface_geometry beside{};
+  Calc_Rect_Grid_Surface_Param(&apart.s, &beside);
+  EXPECT_NEAR(beside.area, 4, 1e-9);  // the hole takes no cell of the square
   // A pass with a step that is no step leaves zero sums, and stops.
   for (double h : {0.0, -1.0, double{NAN}, 1e-300}) {
     Grid_Pass(s.surface(), &untouched, -40, 45, 60, -5, h);

@@ -41,6 +41,9 @@ TEST(Properties, MomentsAtAngle) {
   EXPECT_NEAR(Moment2X_C_by_Angle(ix, iy, ixy, a), mean + radius, 1e-13);
   EXPECT_NEAR(Moment2Y_C_by_Angle(ix, iy, ixy, a), mean - radius, 1e-13);
   EXPECT_NEAR(MomentXY_C_by_Angle(ix, iy, ixy, a), 0, 1e-13);
+  // The kept rule ignores the sign of Ixy: with the other sign the
+  // product at that angle is not zero.
+  EXPECT_NEAR(MomentXY_C_by_Angle(ix, iy, -ixy, Main_Axis_Angle(ix, iy, -ixy)), radius, 1e-13);
   for (double t : {0.3, 1.0, -2.0}) {
     EXPECT_NEAR(Moment2X_C_by_Angle(ix, iy, ixy, t) + Moment2Y_C_by_Angle(ix, iy, ixy, t), 10,
                 1e-13);

@@ -93,12 +93,16 @@ TEST(PreparedSurface, StrangeInput) {
   Surface_Record s;
   s.Outer(d.Square(0, 0, 4));
   s.Outer({});  // an empty contour contains nothing
+  // Elements with coordinates that are no numbers: their crossings count
+  // left of every point or of none, by element type.
+  s.Outer({d.Seg(6, 0, 9, 0), d.Seg(9, 0, NAN, 4), d.Seg(NAN, 4, 6, 0)});
+  s.Hole({d.Seg(0, 5, 3, 5), d.Seg(3, 5, 3, NAN), d.Arc(2, 6, 1, NAN, 1), d.Seg(2, 6, 0, 5)});
   Prepared_Surface p;
   ASSERT_TRUE(p.Read(&s.s));
   Prepared_Row row;
-  for (double y : {2.0, double{NAN}, double{INFINITY}}) {
+  for (double y : {2.0, 0.0, 5.0, 5.5, 6.0, double{NAN}, double{INFINITY}}) {
     p.Set_Row(y, &row);
-    for (double x : {1.0, -1.0, double{NAN}, -double{INFINITY}}) {
+    for (double x : {1.0, -1.0, 3.0, 5.0, 7.0, 10.0, double{NAN}, -double{INFINITY}}) {
       EXPECT_EQ(row.Contains(x), Is_Point_In_Surface(&s.s, x, y)) << x << ", " << y;
     }
   }

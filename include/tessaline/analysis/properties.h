@@ -51,7 +51,9 @@ TESSALINE_API void Clear_Surface_Geometry(surface_geometry* g);
 // the horizontal axis), Iy (about the vertical axis) and Ixy:
 // 0.5 * atan2(2 |Ixy|, |Iy - Ix|). Both arguments are taken as absolute
 // values, so neither the sign of Ixy nor the order of Ix and Iy turns the
-// angle; the beam-section data and the section library rely on this rule.
+// angle. The rule is kept as it is on purpose; it is not a slip to mend
+// (field 15 is therefore zero only when Ixy and Iy - Ix have the same sign
+// or one of them is zero).
 // 0 when the section has no preferred axes: both |Iy - Ix| and |Ixy| below
 // 1e-4 times the smaller of |Ix| and |Iy|, or Ix = Iy and Ixy = 0 exactly.
 TESSALINE_API double Main_Axis_Angle(double ix, double iy, double ixy);
@@ -77,8 +79,8 @@ TESSALINE_API void Complete_Surface_Geometry(surface_geometry* g);
 // in axes turned by the principal angle (Get_Surface_Extern_Angled_Rect):
 // du and dv are the largest distances along the turned axes from the
 // centroid to that rectangle; field 17 = |cos a du - sin a dv|, field 18 =
-// |cos a dv + sin a dv| (dv in both terms: the beam-section data was made
-// with this value, so it stays), field 19 = I1 / |dv|, field 20 = I2 / |du|.
+// |cos a dv + sin a dv| (dv in both terms, kept so on purpose), field 19 =
+// I1 / |dv|, field 20 = I2 / |du|.
 // When the surface has no outer contour the extents stay 0.
 TESSALINE_API void Finish_Surface_Geometry(Surface_Type* surface, surface_geometry* g);
 
@@ -95,9 +97,10 @@ TESSALINE_API void Finish_Surface_Geometry(Surface_Type* surface, surface_geomet
 // a point mass at its centre (its own moment of inertia is not added), so
 // the second moments carry an error of the order of the cell size. Nothing
 // is done when h0 is 0 or the rectangle is not finite. The final pass is
-// held to at most 2^28 cells (about 5 s) by coarsening its step: a section
-// that fills less than about 0.6 per cent of its rectangle would otherwise
-// ask for a grid without bound.
+// held to at most 2^26 cells (about a second) by coarsening its step: a
+// section that fills less than about 1.2 per cent of its rectangle (or
+// whose coarse pass caught only a sliver of it) would otherwise ask for a
+// grid without bound; the exact method serves such sections.
 TESSALINE_API void Calc_Rect_Grid_Surface_Param(Surface_Type* surface, surface_geometry* g);
 
 // Sets fields 1 to 6 to the sums over the cells of side h of the rectangle
@@ -105,8 +108,9 @@ TESSALINE_API void Calc_Rect_Grid_Surface_Param(Surface_Type* surface, surface_g
 // surface (Is_Point_In_Surface's decision): rows from bottom while y < top,
 // cells from left while x < right, so the last row and column may stick
 // out. With exactly one hole and more than 200 000 cells, the cells whose
-// centres lie strictly inside the hole's inner rectangle (Find_Inner_Rect)
-// are passed over without a test. The sums are 0 for a step that is not
+// centres lie strictly inside the hole's inner rectangle (Find_Inner_Rect;
+// used only when its centre lies in the hole) are passed over without a
+// test: they are in the hole. The sums are 0 for a step that is not
 // positive or a rectangle that is not finite, and for a grid of more than
 // 2^31 cells (half a minute), which no section needs.
 TESSALINE_API void Grid_Pass(Surface_Type* surface, surface_geometry* g, double left, double top,
