@@ -118,7 +118,7 @@ int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
   Warping_Solution s;
   int status = TORSION_WARPING_FAILED;
   while (true) {
-    s = Solve_Warping(mesh, Mt);
+    s = Solve_Warping(mesh);
     if (!s.ok) return TORSION_WARPING_FAILED;
     const double g = (s.J_upper - s.J_lower) / s.J_upper;
     if (g <= gap) {
@@ -132,6 +132,7 @@ int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
     mesh = Refine_P2_Mesh(mesh);
     ++refinements;
   }
+  Warping_Stresses(mesh, Mt, &s);
   if (!Write_Split(mesh, s, split)) return TORSION_WARPING_FAILED;
   result->status = status;
   result->elements = static_cast<int32_t>(mesh.tri.size());

@@ -84,7 +84,7 @@ using Triplets = std::vector<Eigen::Triplet<double>>;
 
 }  // namespace
 
-Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
+Warping_Solution Solve_Warping(const P2_Mesh& m) {
   Warping_Solution out;
   const int n = static_cast<int>(m.x.size());
   if (m.tri.empty() || n == 0) return out;
@@ -232,28 +232,43 @@ Warping_Solution Solve_Warping(const P2_Mesh& m, double Mt) {
   out.J_lower = Pp.dot(phi_d);
   if (!std::isfinite(out.J_upper) || !std::isfinite(out.J_lower)) return out;
 
-  // Stresses for Mt: tau = Mt / J (dphi/dy, -dphi/dx), J the mean of the bounds.
-  const double J = 0.5 * (out.J_upper + out.J_lower);
+  // The stress function at every node (0 on outer boundaries), kept for
+  // the stresses of the last mesh.
+  out.phi.assign(static_cast<size_t>(n), 0.0);
+  for (int i = 0; i < n; ++i) {
+    if (dof[i] >= 0) out.phi[i] = phi_d[dof[i]];
+  }
+  out.ok = true;
+  return out;
+}
+
+void Warping_Stresses(const P2_Mesh& m, double Mt, Warping_Solution* out) {
+  // tau = Mt / J (dphi/dy, -dphi/dx), J the mean of the bounds; the mesh's
+  // coordinates about the centroid, as the solve took them.
+  std::vector<double> X(m.x), Y(m.y);
+  for (size_t i = 0; i < X.size(); ++i) {
+    X[i] -= out->cx;
+    Y[i] -= out->cy;
+  }
+  const double J = 0.5 * (out->J_upper + out->J_lower);
   const double scale = J > 0 ? Mt / J : 0.0;
-  out.tau_x.resize(m.tri.size());
-  out.tau_y.resize(m.tri.size());
+  out->tau_x.assign(m.tri.size(), 0.0);
+  out->tau_y.assign(m.tri.size(), 0.0);
+  out->max_tau = 0.0;
   for (size_t e = 0; e < m.tri.size(); ++e) {
     const auto& t = m.tri[e];
     for (int s = 0; s < 7; ++s) {
       const Mapped p(X, Y, t, kSample_Base + s);
       double fx = 0, fy = 0;
       for (int i = 0; i < 6; ++i) {
-        const double f = dof[t[i]] >= 0 ? phi_d[dof[t[i]]] : 0.0;
-        fx += p.dx[i] * f;
-        fy += p.dy[i] * f;
+        fx += p.dx[i] * out->phi[t[i]];
+        fy += p.dy[i] * out->phi[t[i]];
       }
       if (s == 0) {
-        out.tau_x[e] = scale * fy;
-        out.tau_y[e] = -scale * fx;
+        out->tau_x[e] = scale * fy;
+        out->tau_y[e] = -scale * fx;
       }
-      out.max_tau = std::max(out.max_tau, std::fabs(scale) * std::hypot(fx, fy));
+      out->max_tau = std::max(out->max_tau, std::fabs(scale) * std::hypot(fx, fy));
     }
   }
-  out.ok = true;
-  return out;
 }
