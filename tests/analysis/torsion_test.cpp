@@ -285,3 +285,38 @@ TEST(Calc_Butt_Weld_Torsion, StressesScaleWithTheTorque) {
 }
 
 }  // namespace
+
+namespace {
+
+// Every position the solve reports, in order.
+class Recording_Progress : public CProgressDlg {
+ public:
+  int SetPos(int pos) override {
+    seen.push_back(pos);
+    return CProgressDlg::SetPos(pos);
+  }
+  std::vector<int> seen;
+};
+
+// The grid method reports its own 50 .. 100 before the elimination's: a
+// section without holes shows one climb only, a section with a hole two.
+TEST(Calc_Torsion_Moment, OnlySectionsWithHolesUseTheGrid) {
+  auto climbs = [](Surface_Type* surface, double A) {
+    Recording_Progress p;
+    FE_Split split{};
+    int options[3] = {1, 200, 200};
+    Calc_Torsion_Moment(surface, A, kE, kNu, &split, 1.0 / kG, &p, nullptr, options);
+    Free_FE_Split(&split);
+    int drops = 0;
+    for (size_t i = 1; i < p.seen.size(); ++i) drops += p.seen[i] < p.seen[i - 1];
+    EXPECT_EQ(p.seen.back(), 100);
+    return drops + 1;
+  };
+  Section solid, ring;
+  solid.Round(10);
+  ring.Annulus(10, 5);
+  EXPECT_EQ(climbs(solid.surface(), kPi * 100), 1);
+  EXPECT_EQ(climbs(ring.surface(), kPi * 75), 2);
+}
+
+}  // namespace
