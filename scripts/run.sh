@@ -3,8 +3,8 @@
 # default data: the example host files a drawn plate into a surface and
 # reports on it, the picture examples draw a scene and a section's region
 # into out/scene.png and out/surface.png, an editing session step by step
-# into out/editing.png and a section's finite-element split into
-# out/split.png.
+# into out/editing.png, a section's finite-element split into out/split.png
+# and the torsion shear stress of two steel sections into out/torsion.png.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
@@ -15,3 +15,4 @@ mkdir -p "$root/out"
 "$root/build/examples/surface_picture" "$root/out/surface.png"
 "$root/build/examples/editing_strip" "$root/out/editing.png"
 "$root/build/examples/split_picture" "$root/out/split.png"
+"$root/build/examples/torsion_picture" "$root/out/torsion.png"
