@@ -37,7 +37,7 @@ struct Object {
 struct Pen : Object {
   Pen() : Object(Kind::pen) {}
   int style = PS_SOLID;
-  int width = 0;  // logical units; 0 and 1 are one device pixel
+  int width = 0;  // logical units, scaled by the mapping; 0 is one device pixel
   COLORREF color = 0;
 };
 
