@@ -29,7 +29,7 @@ int64_t Clamp64(Int128 v) {
 
 Int128 Floor_Div(Int128 a, Int128 b) {
   Int128 q = a / b;
-  if (a % b != 0 && ((a < 0) != (b < 0))) --q;
+  if (a % b != 0 && ((a < 0) != (b < 0))) q = q - 1;
   return q;
 }
 

@@ -9,10 +9,9 @@
 
 #include "platform/gdi_object.h"
 #include "platform/region.h"
+#include "platform/wide_int.h"
 
 namespace gdi {
-
-__extension__ typedef __int128 Int128;
 
 // Device coordinates are clamped to +-kCoordLimit before rasterising, so
 // that every product of two coordinate differences fits in 64 bits.

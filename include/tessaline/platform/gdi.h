@@ -402,7 +402,9 @@ TESSALINE_API int SelectClipRgn(HDC dc, HRGN rgn);
 TESSALINE_API int GetClipBox(HDC dc, RECT* box);
 
 // ---------------------------------------------------------------------------
-// PNG files, so that people and tests can look at what was drawn.
+// PNG files, so that people and tests can look at what was drawn. A build
+// without libpng (CMake option TESSALINE_WITH_PNG off) keeps these calls,
+// which then fail (FALSE, NULL).
 
 // Writes the bitmap as an 8-bit RGB PNG. FALSE when the bitmap is not valid
 // or the file cannot be written.
