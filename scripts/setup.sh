@@ -3,12 +3,16 @@
 # Idempotent: installs only what is missing and says nothing when all is there.
 set -euo pipefail
 
+# The 32-bit build (scripts/test.sh) needs only multilib packages of this
+# machine's own architecture: g++-multilib, 32-bit zlib for reading golden
+# images, and GoogleTest compiled from the sources libgtest-dev ships.
 packages=(
-  g++ make cmake pkg-config
+  g++ make cmake pkg-config ccache
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
   libeigen3-dev
   libcgal-dev libgmp-dev libmpfr-dev
+  g++-multilib lib32z1-dev
 )
 
 missing=()

@@ -29,7 +29,7 @@ int64_t Clamp64(Int128 v) {
 
 Int128 Floor_Div(Int128 a, Int128 b) {
   Int128 q = a / b;
-  if (a % b != 0 && ((a < 0) != (b < 0))) --q;
+  if (a % b != 0 && ((a < 0) != (b < 0))) q = q - 1;
   return q;
 }
 
@@ -154,7 +154,7 @@ int64_t Mapping::y(int64_t v) const {
 }
 
 int64_t Mapping::width(int64_t w) const {
-  if (w <= 1) return 1;
+  if (w <= 0) return 1;  // a zero width is one pixel under any mapping
   int64_t d = scaled ? Round_Div(Int128{w} * vex, wex) : w;
   if (d < 0) d = -d;
   return std::clamp<int64_t>(d, 1, int64_t{1} << 16);
@@ -219,10 +219,10 @@ Stroke Stroke_Of(const Dc& dc, const Mapping& m) {
   s.bk = To_Pixel(dc.bk_color);
   s.opaque = dc.bk_mode == OPAQUE;
   s.width = static_cast<int>(m.width(p->width));
+  s.inside_frame = p->style == PS_INSIDEFRAME && s.width > 1;
   static const std::vector<int> kPatterns[] = {{18, 6}, {3, 3}, {9, 6, 3, 6}, {9, 3, 3, 3, 3, 3}};
-  // Only cosmetic (one-pixel) pens are dashed; wider ones draw solid.
-  if (p->width <= 1 && p->style >= PS_DASH && p->style <= PS_DASHDOTDOT) {
-    s.width = 1;
+  // Only pens one device pixel wide are dashed; wider ones draw solid.
+  if (s.width == 1 && p->style >= PS_DASH && p->style <= PS_DASHDOTDOT) {
     s.dashed = true;
     s.period = 0;
     bool on = true;

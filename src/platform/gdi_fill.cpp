@@ -1,6 +1,7 @@
 // Filled figures: rectangles, ellipses, polygons and FillRect.
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "platform/outline.h"
 
@@ -14,11 +15,22 @@ struct Device_Box {
   bool empty() const { return l == r || t == b; }
 };
 
-Device_Box Map_Box(const Mapping& m, int left, int top, int right, int bottom) {
+Device_Box Map_Box(const Mapping& m, int64_t left, int64_t top, int64_t right, int64_t bottom) {
   Device_Box x{m.dx(left), m.dy(top), m.dx(right), m.dy(bottom)};
   if (x.l > x.r) std::swap(x.l, x.r);
   if (x.t > x.b) std::swap(x.t, x.b);
   return x;
+}
+
+// A wide pen reaches w/2 pixels beyond its path on the left and top and
+// (w-1)/2 on the right and bottom (gdi.h: the sample point), so an
+// inside-frame figure is drawn in its box shrunk by those amounts, which
+// keeps the whole pen inside the box. A pen wider than the box is narrowed
+// to the box's smaller side: it then covers the box.
+Device_Box Inside_Frame(Device_Box x, int& width) {
+  width = static_cast<int>(std::min<int64_t>({width, x.r - x.l, x.b - x.t}));
+  const int64_t before = width / 2, after = (width - 1) / 2;
+  return Device_Box{x.l + before, x.t + before, x.r - after, x.b - after};
 }
 
 void Add_Rect_Rows(int64_t l, int64_t t, int64_t r, int64_t b, const RECT& box,
@@ -46,10 +58,11 @@ BOOL Rectangle(HDC dc, int left, int top, int right, int bottom) {
   if (!Begin_Drawing(dc, d, t)) return FALSE;
   try {
     const Mapping m = Mapping_Of(*d);
-    const Stroke s = Stroke_Of(*d, m);
+    Stroke s = Stroke_Of(*d, m);
     const Brush_Color brush = Resolve_Brush(d->brush);
-    const Device_Box x = Map_Box(m, left, top, right, bottom);
+    Device_Box x = Map_Box(m, left, top, right, bottom);
     if (t.empty() || x.empty()) return TRUE;
+    if (s.inside_frame) x = Inside_Frame(x, s.width);
     std::vector<Row_Span> fill;
     if (!brush.hollow) {
       // Inside the border; a null pen leaves its place to the brush only on
@@ -88,10 +101,11 @@ BOOL Ellipse(HDC dc, int left, int top, int right, int bottom) {
   if (!Begin_Drawing(dc, d, t)) return FALSE;
   try {
     const Mapping m = Mapping_Of(*d);
-    const Stroke s = Stroke_Of(*d, m);
+    Stroke s = Stroke_Of(*d, m);
     const Brush_Color brush = Resolve_Brush(d->brush);
-    const Device_Box x = Map_Box(m, left, top, right, bottom);
+    Device_Box x = Map_Box(m, left, top, right, bottom);
     if (t.empty() || x.empty()) return TRUE;
+    if (s.inside_frame) x = Inside_Frame(x, s.width);
     if (s.null) {
       // As with Rectangle, the brush alone covers the box one pixel smaller.
       if (!brush.hollow && x.r - x.l > 1 && x.b - x.t > 1) {
@@ -167,8 +181,14 @@ int FillRect(HDC dc, const RECT* rect, HBRUSH brush) {
   if (!b.valid) return 0;
   if (b.hollow) return 1;
   t.rop = R2_COPYPEN;
-  const Mapping m = Mapping_Of(*d);
-  const Device_Box x = Map_Box(m, rect->left, rect->top, rect->right, rect->bottom);
+  // An inverted side fills as PatBlt with a negative extent does: from the
+  // smaller coordinate + 1 up to and including the larger one.
+  auto side = [](int64_t a, int64_t z) {
+    return a <= z ? std::pair{a, z} : std::pair{z + 1, a + 1};
+  };
+  const auto [l, r] = side(rect->left, rect->right);
+  const auto [top, bottom] = side(rect->top, rect->bottom);
+  const Device_Box x = Map_Box(Mapping_Of(*d), l, top, r, bottom);
   const int64_t y0 = std::max<int64_t>(x.t, t.box.top), y1 = std::min<int64_t>(x.b, t.box.bottom);
   for (int64_t y = y0; y < y1; ++y) t.span(y, x.l, x.r, b.pixel);
   return 1;

@@ -192,7 +192,9 @@ BOOL Arc(HDC dc, int left, int top, int right, int bottom, int x_start, int y_st
     // Radials as doubled vectors from the centre, y up.
     const int64_t sx = 2 * m.dx(x_start) - e.cx2(), sy = e.cy2() - 2 * m.dy(y_start);
     const int64_t ex = 2 * m.dx(x_end) - e.cx2(), ey = e.cy2() - 2 * m.dy(y_end);
-    const Sector sector(sx, sy, ex, ey);
+    // Radials that cut the ellipse in the same pixel draw all of it.
+    const Sector sector =
+        Same_Cut(e, sx, sy, ex, ey) ? Sector(sx, sy, sx, sy) : Sector(sx, sy, ex, ey);
     if (s.width > 1) {
       std::vector<Row_Span> pen;
       Wide_Stroke(Ellipse_Path(e, sx, sy, ex, ey, sector.full()), sector.full(), s.width, t.box,

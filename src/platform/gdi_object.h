@@ -3,14 +3,15 @@
 // A handle is not a pointer to its object: it is a slot index, a generation
 // and a kind packed into a pointer-sized value,
 //
-//   bits 63..32  generation of the slot (1..2^32-1) when the object was made
-//   bits 31..4   slot index (1..2^28-1)
-//   bits  3..0   kind (Kind below)
+//   64-bit targets                       32-bit targets
+//   bits 63..32  generation (1..2^32-1)   bits 31..20  generation (1..4095)
+//   bits 31..4   slot index (1..2^28-1)   bits 19..4   slot index (1..65535)
+//   bits  3..0   kind (Kind below)        bits  3..0   kind
 //
-// so that a deleted, made-up or wrongly typed handle is refused instead of
-// reaching memory. The table is guarded by a mutex; an object itself is
-// used without a lock (callers do not share one object between threads
-// while changing it, as with Win32).
+// (the generation being the slot's when the object was made), so that a deleted, made-up or wrongly
+// typed handle is refused instead of reaching memory. The table is guarded by a mutex; an object
+// itself is used without a lock (callers do not share one object between threads while changing it,
+// as with Win32).
 #pragma once
 
 #include <atomic>
@@ -37,7 +38,7 @@ struct Object {
 struct Pen : Object {
   Pen() : Object(Kind::pen) {}
   int style = PS_SOLID;
-  int width = 0;  // logical units; 0 and 1 are one device pixel
+  int width = 0;  // logical units, scaled by the mapping; 0 is one device pixel
   COLORREF color = 0;
 };
 

@@ -11,9 +11,18 @@
 namespace gdi {
 namespace {
 
+// The handle layout of gdi_object.h: a 64-bit handle holds a 28-bit slot
+// index and a 32-bit generation; a 32-bit one a 16-bit index (as many
+// objects as a Win32 process may hold) and a 12-bit generation.
 constexpr uint32_t kKindBits = 4;
-constexpr uint32_t kIndexBits = 28;
+constexpr uint32_t kHandleBits = sizeof(uintptr_t) * 8;
+constexpr uint32_t kIndexBits = kHandleBits >= 64 ? 28 : 16;
 constexpr uint32_t kMaxIndex = (1u << kIndexBits) - 1;
+constexpr uint32_t kGenerationShift = kKindBits + kIndexBits;
+constexpr uint32_t kGenerationBits = std::min<uint32_t>(32, kHandleBits - kGenerationShift);
+constexpr uint32_t kMaxGeneration =
+    kGenerationBits >= 32 ? UINT32_MAX : (1u << kGenerationBits) - 1;
+static_assert(kGenerationShift + kGenerationBits <= kHandleBits, "a handle holds its fields");
 constexpr int kStockCount = NULL_PEN + 1;
 
 struct Slot {
@@ -31,7 +40,7 @@ struct Table {
 };
 
 HGDIOBJ Make_Handle(uint32_t index, uint32_t generation, Kind kind) {
-  uintptr_t v = (static_cast<uintptr_t>(generation) << 32) |
+  uintptr_t v = (static_cast<uintptr_t>(generation) << kGenerationShift) |
                 (static_cast<uintptr_t>(index) << kKindBits) | static_cast<uintptr_t>(kind);
   return reinterpret_cast<HGDIOBJ>(v);
 }
@@ -58,7 +67,7 @@ HGDIOBJ Insert(Table& t, std::unique_ptr<Object> object) {
 Slot* Find(Table& t, HGDIOBJ h) {
   uintptr_t v = reinterpret_cast<uintptr_t>(h);
   uint32_t index = static_cast<uint32_t>((v >> kKindBits) & kMaxIndex);
-  uint32_t generation = static_cast<uint32_t>(v >> 32);
+  uint32_t generation = static_cast<uint32_t>(v >> kGenerationShift);
   auto kind = static_cast<uint8_t>(v & ((1u << kKindBits) - 1));
   if (index == 0 || index >= t.slots.size()) return nullptr;
   Slot& s = t.slots[index];
@@ -140,7 +149,7 @@ bool Unregister(HGDIOBJ h) {
     if (!s || s->object->stock) return false;
     doomed = std::move(s->object);
     // Generation 0 never names a live object, so wrap from the top to 1.
-    s->generation = s->generation == UINT32_MAX ? 1 : s->generation + 1;
+    s->generation = s->generation == kMaxGeneration ? 1 : s->generation + 1;
     t.free_slots.push_back(static_cast<uint32_t>(s - t.slots.data()));
     --t.live;
   }

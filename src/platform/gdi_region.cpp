@@ -79,9 +79,12 @@ HRGN CreateEllipticRgn(int left, int top, int right, int bottom) {
   if (b - t > kMaxShapeRows) return nullptr;
   try {
     std::vector<Row_Span> rows;
-    if (l < r && t < b) {
+    // Like every region the ellipse leaves out the right and bottom edge of
+    // its box: it is the set of the box one pixel smaller, the pixels a
+    // null-pen Ellipse's brush covers.
+    if (r - l > 1 && b - t > 1) {
       const RECT all{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
-      Ellipse_Rows(Ellipse_Shape(l, t, r, b), all, rows);
+      Ellipse_Rows(Ellipse_Shape(l, t, r - 1, b - 1), all, rows);
     }
     return Make_Region(Region_Of_Rows(rows));
   } catch (const std::bad_alloc&) {

@@ -4,6 +4,7 @@
 #include "platform/memory_internal.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <deque>
@@ -15,7 +16,15 @@ namespace {
 constexpr uint32_t kIndexBits = 22;
 constexpr uint32_t kIndexMask = (1u << kIndexBits) - 1;
 constexpr uint32_t kMaxGeneration = (1u << (32 - kIndexBits)) - 1;  // 1023
+// SIZE_T is 64 bits on every target; a block within the bound also fits a
+// 32-bit size_t, so sizes are checked against it before they reach the C
+// library.
 constexpr SIZE_T kMaxBlockBytes = SIZE_T{1} << 30;
+static_assert(kMaxBlockBytes <= SIZE_MAX, "a block's size fits size_t");
+
+size_t Bytes(SIZE_T n) {
+  return static_cast<size_t>(n);  // n <= kMaxBlockBytes
+}
 
 struct Slot {
   unsigned char* data = nullptr;
@@ -69,7 +78,7 @@ HGLOBAL GlobalAlloc(UINT /*flags*/, SIZE_T bytes) {
   if (bytes > kMaxBlockBytes || injected_failure()) return 0;
   unsigned char* data = nullptr;
   if (bytes > 0) {
-    data = static_cast<unsigned char*>(std::calloc(bytes, 1));
+    data = static_cast<unsigned char*>(std::calloc(Bytes(bytes), 1));
     if (!data) return 0;
   }
   Table& t = table();
@@ -134,7 +143,7 @@ HGLOBAL GlobalReAlloc(HGLOBAL h, SIZE_T bytes, UINT /*flags*/) {
   Slot* s = find(t, h);
   if (!s) return 0;
   if (bytes <= s->capacity) {
-    if (bytes < s->size) std::memset(s->data + bytes, 0, s->size - bytes);
+    if (bytes < s->size) std::memset(s->data + bytes, 0, Bytes(s->size - bytes));
     s->size = bytes;
     return h;
   }
@@ -144,9 +153,9 @@ HGLOBAL GlobalReAlloc(HGLOBAL h, SIZE_T bytes, UINT /*flags*/) {
   SIZE_T capacity = s->capacity + s->capacity / 2;
   if (capacity < bytes) capacity = bytes;
   if (capacity > kMaxBlockBytes) capacity = kMaxBlockBytes;
-  auto* data = static_cast<unsigned char*>(std::calloc(capacity, 1));
+  auto* data = static_cast<unsigned char*>(std::calloc(Bytes(capacity), 1));
   if (!data) return 0;
-  if (s->size > 0) std::memcpy(data, s->data, s->size);
+  if (s->size > 0) std::memcpy(data, s->data, Bytes(s->size));
   std::free(s->data);
   s->data = data;
   s->size = bytes;

@@ -1,7 +1,6 @@
 // PNG files of bitmaps (libpng's simplified interface; libpng is used
-// nowhere else).
-#include <png.h>
-
+// nowhere else). A build without libpng (TESSALINE_WITH_PNG off, as the
+// 32-bit one) keeps the calls, which then fail.
 #include <cstring>
 #include <new>
 #include <vector>
@@ -9,6 +8,15 @@
 #include "platform/gdi_object.h"
 
 using namespace gdi;
+
+BOOL WriteDCPng(HDC dc, const char* path) {
+  Dc* d = Lookup_As<Dc>(dc);
+  if (!d || d->dc_kind != Dc_Kind::memory) return FALSE;
+  return WriteBitmapPng(d->bitmap, path);
+}
+
+#if TESSALINE_WITH_PNG
+#include <png.h>
 
 BOOL WriteBitmapPng(HBITMAP bitmap, const char* path) {
   Bitmap* b = Lookup_As<Bitmap>(bitmap);
@@ -33,12 +41,6 @@ BOOL WriteBitmapPng(HBITMAP bitmap, const char* path) {
   } catch (const std::bad_alloc&) {
     return FALSE;
   }
-}
-
-BOOL WriteDCPng(HDC dc, const char* path) {
-  Dc* d = Lookup_As<Dc>(dc);
-  if (!d || d->dc_kind != Dc_Kind::memory) return FALSE;
-  return WriteBitmapPng(d->bitmap, path);
 }
 
 HBITMAP ReadBitmapPng(const char* path) {
@@ -76,3 +78,15 @@ HBITMAP ReadBitmapPng(const char* path) {
   }
   return bm;
 }
+
+#else
+
+BOOL WriteBitmapPng(HBITMAP, const char*) {
+  return FALSE;
+}
+
+HBITMAP ReadBitmapPng(const char*) {
+  return nullptr;
+}
+
+#endif

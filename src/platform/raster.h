@@ -9,10 +9,9 @@
 
 #include "platform/gdi_object.h"
 #include "platform/region.h"
+#include "platform/wide_int.h"
 
 namespace gdi {
-
-__extension__ typedef __int128 Int128;
 
 // Device coordinates are clamped to +-kCoordLimit before rasterising, so
 // that every product of two coordinate differences fits in 64 bits.
@@ -120,7 +119,8 @@ struct Stroke {
   std::array<bool, 24> on{};  // on[i]: step i of the pattern draws with the pen
   uint32_t color = 0;
   uint32_t bk = 0;
-  bool opaque = false;  // gaps take the background colour
+  bool opaque = false;        // gaps take the background colour
+  bool inside_frame = false;  // PS_INSIDEFRAME wider than a pixel: closed figures shrink
 
   // Paints step `phase` of the pattern at (x, y).
   void step(const Target& t, int64_t x, int64_t y, long phase) const {
@@ -143,7 +143,8 @@ struct Mapping {
   // A point mapped for rasterising (clamped to +-kCoordLimit).
   int64_t dx(int64_t v) const { return Clamp_Coord(x(v)); }
   int64_t dy(int64_t v) const { return Clamp_Coord(y(v)); }
-  // A logical length along x in whole device pixels (at least 1 for > 0).
+  // A pen width along x in whole device pixels, at least 1; width 0 is one
+  // pixel whatever the mapping.
   int64_t width(int64_t w) const;
 };
 

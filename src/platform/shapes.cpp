@@ -269,6 +269,27 @@ std::vector<DPoint> Ellipse_Path(const Ellipse_Shape& e, int64_t sx, int64_t sy,
   return path;
 }
 
+bool Same_Cut(const Ellipse_Shape& e, int64_t sx, int64_t sy, int64_t ex, int64_t ey) {
+  const double a = static_cast<double>(e.right() - e.left() - 1) / 2;
+  const double b = static_cast<double>(e.bottom() - e.top() - 1) / 2;
+  // The pixel where the ray from the centre along (vx, vy) meets the
+  // ellipse; a ray along a degenerate (zero) axis meets it at the centre.
+  auto cut = [&](int64_t vx, int64_t vy) {
+    if (vx == 0 && vy == 0) vx = 1;  // as the sector takes a null radial
+    auto term = [](int64_t v, double axis) {
+      if (v == 0) return 0.0;
+      if (axis == 0) return std::numeric_limits<double>::infinity();
+      const double q = static_cast<double>(v) / axis;
+      return q * q;
+    };
+    const double k = 1 / std::sqrt(term(vx, a) + term(vy, b));
+    const double x = static_cast<double>(e.cx2()) / 2 + k * static_cast<double>(vx);
+    const double y = static_cast<double>(e.cy2()) / 2 - k * static_cast<double>(vy);
+    return std::pair{std::floor(x + 0.5), std::floor(y + 0.5)};
+  };
+  return cut(sx, sy) == cut(ex, ey);
+}
+
 // ---------------------------------------------------------------------------
 // Sectors.
 

@@ -141,6 +141,12 @@ void Wide_Stroke(const std::vector<DPoint>& path, bool closed, int width, const 
 std::vector<DPoint> Ellipse_Path(const Ellipse_Shape& e, int64_t sx, int64_t sy, int64_t ex,
                                  int64_t ey, bool full);
 
+// True when two radials (doubled vectors from the centre, y up) cut the
+// ellipse through the outermost pixel centres of `e` in the same pixel (each
+// cut point rounded to the nearest pixel, halves up): Arc then draws the
+// whole ellipse.
+bool Same_Cut(const Ellipse_Shape& e, int64_t sx, int64_t sy, int64_t ex, int64_t ey);
+
 // Directions counter-clockwise from a start radial, inclusive, to an end
 // radial, exclusive; vectors have y up. Equal radials make the whole turn.
 class Sector {

@@ -2,6 +2,7 @@
 // drawing of every figure twice.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -96,6 +97,101 @@ TEST(GdiFigures, ArcsRunCounterClockwiseBetweenTheirRadials) {
   Surface whole(r, b);
   Arc(whole.dc(), l, t, r, b, 20, 3, 30, -2);
   EXPECT_EQ(whole.Where(kWhite, false), outline);
+}
+
+TEST(GdiFigures, ArcWhoseRadialsCutTheEllipseInOnePixelIsWhole) {
+  // Win32's Arc draws the complete ellipse when the start and end radials
+  // meet it at the same point; here both point right of the centre and
+  // differ only in length, and both cut the ellipse at pixel (21, 12).
+  Surface whole(24, 24), arc(24, 24);
+  Selected hollow(whole.dc(), Stock(NULL_BRUSH), false);
+  Ellipse(whole.dc(), 2, 2, 22, 22);
+  Arc(arc.dc(), 2, 2, 22, 22, 30, 12, 90, 12);
+  EXPECT_EQ(arc.Where(kBlack), whole.Where(kBlack));
+  // Radials that cut it in neighbouring pixels still draw a short arc.
+  arc.Clear(kWhite);
+  Arc(arc.dc(), 2, 2, 22, 22, 30, 12, 30, 8);
+  const Pixel_Set part = arc.Where(kBlack);
+  EXPECT_FALSE(part.empty());
+  EXPECT_LT(part.size(), 6u);
+  EXPECT_TRUE(part.count({21, 10}));
+}
+
+TEST(GdiFigures, PenWidthIsScaledByTheMappingExceptWidthZero) {
+  // A pen's width is in logical units and scales with the mapping; only
+  // width 0 is one pixel under any transformation (CreatePen). At two
+  // pixels a unit, the line (1, 2)-(8, 2) runs along device row 4.
+  auto rows_at_column_5 = [](int width, int scale) {
+    Surface s(20, 10);
+    SetMapMode(s.dc(), MM_ANISOTROPIC);
+    SetWindowExtEx(s.dc(), 1, 1, nullptr);
+    SetViewportExtEx(s.dc(), scale, scale, nullptr);
+    Selected pen(s.dc(), CreatePen(PS_SOLID, width, kBlack));
+    MoveToEx(s.dc(), 1, 2, nullptr);
+    LineTo(s.dc(), 8, 2);
+    SetMapMode(s.dc(), MM_TEXT);  // read device pixels
+    std::vector<int> rows;
+    for (auto [x, y] : s.Where(kBlack)) {
+      if (x == 5) rows.push_back(y);
+    }
+    return rows;
+  };
+  EXPECT_EQ(rows_at_column_5(1, 2), (std::vector<int>{3, 4}));
+  EXPECT_EQ(rows_at_column_5(0, 2), (std::vector<int>{4}));
+  EXPECT_EQ(rows_at_column_5(1, 1), (std::vector<int>{2}));
+}
+
+TEST(GdiFigures, InsideFramePenStaysInsideTheBox) {
+  // PS_INSIDEFRAME draws the pen of a closed figure inside its bounding
+  // box: the figure shrinks by half the pen's width. A solid pen of width 3
+  // is centred on the border and paints one pixel outside all round.
+  auto painted_box = [](int style, int width, bool ellipse) {
+    Surface s(16, 14);
+    Selected pen(s.dc(), CreatePen(style, width, kBlack));
+    Selected brush(s.dc(), CreateSolidBrush(kRed));
+    ellipse ? Ellipse(s.dc(), 2, 2, 10, 9) : Rectangle(s.dc(), 2, 2, 10, 9);
+    RECT box{99, 99, -1, -1};
+    for (auto [x, y] : s.Where(kWhite, false)) {
+      box = RECT{std::min<LONG>(box.left, x), std::min<LONG>(box.top, y),
+                 std::max<LONG>(box.right, x + 1), std::max<LONG>(box.bottom, y + 1)};
+    }
+    return std::vector<LONG>{box.left, box.top, box.right, box.bottom};
+  };
+  const std::vector<LONG> inside{2, 2, 10, 9}, spilled{1, 1, 11, 10};
+  EXPECT_EQ(painted_box(PS_SOLID, 3, false), spilled);
+  for (bool ellipse : {false, true}) {
+    for (int width : {3, 4, 9}) {
+      EXPECT_EQ(painted_box(PS_INSIDEFRAME, width, ellipse), inside)
+          << "width " << width << (ellipse ? " ellipse" : " rectangle");
+    }
+  }
+  // The brush fills what the pen leaves: three pixels in from each side.
+  Surface s(16, 14);
+  Selected pen(s.dc(), CreatePen(PS_INSIDEFRAME, 3, kBlack));
+  Selected brush(s.dc(), CreateSolidBrush(kRed));
+  Rectangle(s.dc(), 2, 2, 10, 9);
+  EXPECT_EQ(s.Where(kRed), (Pixel_Set{{5, 5}, {6, 5}}));
+}
+
+TEST(GdiFigures, InvertedFillRectFillsAsPatBltWithNegativeExtent) {
+  // PatBlt with a negative width or height fills from x + width + 1 up to
+  // x; FillRect of an inverted rectangle does the same on each axis.
+  auto filled = [](RECT r) {
+    Surface s(8, 8);
+    FillRect(s.dc(), &r, static_cast<HBRUSH>(Stock(BLACK_BRUSH)));
+    return s.Where(kBlack);
+  };
+  auto block = [](int l, int t, int r, int b) {
+    Pixel_Set p;
+    for (int y = t; y < b; ++y) {
+      for (int x = l; x < r; ++x) p.insert({x, y});
+    }
+    return p;
+  };
+  EXPECT_EQ(filled(RECT{2, 1, 5, 3}), block(2, 1, 5, 3));  // columns 2..4
+  EXPECT_EQ(filled(RECT{5, 1, 2, 3}), block(3, 1, 6, 3));  // columns 3..5
+  EXPECT_EQ(filled(RECT{1, 5, 3, 2}), block(1, 3, 3, 6));  // rows 3..5
+  EXPECT_EQ(filled(RECT{6, 7, 4, 4}), block(5, 5, 7, 8));
 }
 
 TEST(GdiFigures, PolygonFillFollowsTheTopLeftRule) {

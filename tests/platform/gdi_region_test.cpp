@@ -92,17 +92,17 @@ TEST(GdiRegion, CombineAgreesWithBruteForceOnRandomRectangles) {
 }
 
 TEST(GdiRegion, ShapesMatchTheirFiguresAndFillOffsetAndFrame) {
-  // An elliptic region is the pixels of Ellipse with a pen; a polygon region
-  // the fill of Polygon with a null pen; FillRgn paints the members.
+  // Elliptic and polygon regions are the pixels that Ellipse and Polygon
+  // fill with a null pen; FillRgn paints the members.
   Surface s(40, 30);
   const POINT tri[] = {{2, 3}, {37, 12}, {9, 28}};
   HRGN e = CreateEllipticRgn(3, 2, 36, 27), p = CreatePolygonRgn(tri, 3, ALTERNATE);
   {
     Selected brush(s.dc(), Stock(BLACK_BRUSH), false);
-    Ellipse(s.dc(), 3, 2, 36, 27);
-    EXPECT_EQ(Members(e), s.Where(RGB(255, 255, 255), false));
-    s.Clear(RGB(255, 255, 255));
     Selected pen(s.dc(), Stock(NULL_PEN), false);
+    Ellipse(s.dc(), 3, 2, 36, 27);
+    EXPECT_EQ(Members(e), s.Where(RGB(0, 0, 0)));
+    s.Clear(RGB(255, 255, 255));
     Polygon(s.dc(), tri, 3);
     EXPECT_EQ(Members(p), s.Where(RGB(0, 0, 0)));
   }
@@ -124,6 +124,37 @@ TEST(GdiRegion, ShapesMatchTheirFiguresAndFillOffsetAndFrame) {
   EXPECT_EQ(frame.size(), 48u - 16u);
   EXPECT_TRUE(frame.count({3, 5}) && !frame.count({4, 5}) && frame.count({5, 2}));
   for (HRGN h : {e, p, r}) DeleteObject(h);
+}
+
+TEST(GdiRegion, EllipticRegionLeavesOutTheRightAndBottomEdge) {
+  // Win32's elliptic region, like every region, excludes the right and
+  // bottom edge of its box: it lies one pixel inside them, unlike the
+  // pen-drawn Ellipse of the same box.
+  HRGN e = CreateEllipticRgn(1, 1, 11, 9);
+  RECT box{};
+  EXPECT_EQ(GetRgnBox(e, &box), COMPLEXREGION);
+  EXPECT_EQ((std::vector<LONG>{box.left, box.top, box.right, box.bottom}),
+            (std::vector<LONG>{1, 1, 10, 8}));
+  // Middle row 4 runs over columns 1..9, middle column 5 over rows 1..7.
+  EXPECT_TRUE(PtInRegion(e, 1, 4) && PtInRegion(e, 9, 4) && !PtInRegion(e, 10, 4));
+  EXPECT_TRUE(PtInRegion(e, 5, 1) && PtInRegion(e, 5, 7) && !PtInRegion(e, 5, 8));
+  // FrameRgn paints the members with a 4-neighbour outside, nothing beyond.
+  Surface s(12, 10);
+  FrameRgn(s.dc(), e, static_cast<HBRUSH>(Stock(BLACK_BRUSH)), 1, 1);
+  Pixel_Set frame;
+  for (auto [x, y] : Members(e)) {
+    if (!PtInRegion(e, x - 1, y) || !PtInRegion(e, x + 1, y) || !PtInRegion(e, x, y - 1) ||
+        !PtInRegion(e, x, y + 1)) {
+      frame.insert({x, y});
+    }
+  }
+  EXPECT_EQ(s.Where(RGB(0, 0, 0)), frame);
+  EXPECT_TRUE(frame.count({9, 4}) && !frame.count({10, 4}));
+  // Too small a box for a pixel inside leaves the region empty.
+  HRGN thin = CreateEllipticRgn(4, 4, 5, 9);
+  EXPECT_EQ(GetRgnBox(thin, &box), NULLREGION);
+  DeleteObject(thin);
+  DeleteObject(e);
 }
 
 TEST(GdiRegion, ClippingDrawsExactlyTheInRegionPart) {

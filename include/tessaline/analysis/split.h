@@ -11,8 +11,9 @@
 
 // One node: its position and a flag, 0 for an inner node, 1 for a node on the
 // outer boundary, 2, 3, ... for a node on the first, second, ... hole's
-// boundary. Node blocks hold these records 24 bytes apart.
-struct FEPOINT {
+// boundary. Node blocks hold these records 24 bytes apart on every target
+// (a 32-bit target aligns doubles to 4 bytes only, hence the alignas).
+struct alignas(8) FEPOINT {
   double x;
   double y;
   uint8_t flag;

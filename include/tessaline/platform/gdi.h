@@ -29,12 +29,14 @@
 //    the middle row(s) and column(s) always reach the box, so the four
 //    extreme points are l, r-1, t and b-1. The pen draws the pixels of that
 //    set that have a 4-neighbour outside it; the brush the rest. With a null
-//    pen the brush covers the set of the box (l, t, r-1, b-1).
-//    CreateEllipticRgn gives the whole set.
+//    pen the brush covers the set of the box (l, t, r-1, b-1), and so does
+//    CreateEllipticRgn(l, t, r, b): a region leaves out the right and bottom
+//    edge of its box.
 //  - Arc draws the pixels of the ellipse's outline whose direction from the
 //    centre lies counter-clockwise (as seen on the device) from the start
-//    radial, inclusive, to the end radial, exclusive; equal radials give the
-//    whole ellipse.
+//    radial, inclusive, to the end radial, exclusive. Radials that cut the
+//    ellipse through the outermost pixel centres in the same pixel (the cut
+//    points rounded to the nearest pixel) give the whole ellipse.
 //  - Polygon fill and CreatePolygonRgn sample the pixel at its integer point:
 //    a pixel is inside when it is inside the polygon, points on a left or top
 //    edge counting as inside and on a right or bottom edge as outside
@@ -46,14 +48,18 @@
 //    pattern restarts with each figure and with MoveToEx and runs on through
 //    consecutive LineTo calls. Gaps take the background colour when the
 //    background mode is OPAQUE and are left alone when it is TRANSPARENT.
-//  - Wide pens (width > 1 after mapping) are geometric with round caps and
+//  - A pen's width is in logical units, mapped like a length along x; width 0
+//    is one pixel whatever the mapping. Wide pens (width > 1 after mapping)
+//    are geometric with round caps and
 //    joins: a pixel is covered when its sample point lies closer than
 //    width/2 to the figure's outline path (the path through the pixel
 //    centres that a 1-pixel pen would draw). The sample point is the pixel's
 //    integer point for odd widths and that point + (1/2, 1/2) for even
 //    widths, so a horizontal line of width w covers exactly w rows. Each call
 //    covers a pixel once. A dashed style with width > 1 draws solid, as in
-//    Win32; PS_INSIDEFRAME draws as PS_SOLID.
+//    Win32. PS_INSIDEFRAME draws as PS_SOLID, except that Rectangle and
+//    Ellipse with a wide pen shrink their box by w/2 on the left and top and
+//    (w-1)/2 on the right and bottom, so that the pen stays inside the box.
 //  - Every drawing call paints through the raster operation (SetROP2) and is
 //    clipped to the surface and to the clipping region, per pixel.
 //    SetPixel and FillRect copy (they ignore the raster operation), as in
@@ -267,7 +273,8 @@ TESSALINE_API int GetObjectA(HGDIOBJ obj, int size, void* out);
 // The pen, brush or bitmap (OBJ_PEN, OBJ_BRUSH, OBJ_BITMAP) selected now.
 TESSALINE_API HGDIOBJ GetCurrentObject(HDC dc, UINT type);
 
-// Width 0 or 1 is a one-pixel pen; a negative width is taken as 0. NULL for
+// The width is in logical units (scaled by the mapping mode); width 0 is a
+// one-pixel pen under any mapping; a negative width is taken as 0. NULL for
 // an unknown style.
 TESSALINE_API HPEN CreatePen(int style, int width, COLORREF color);
 TESSALINE_API HPEN CreatePenIndirect(const LOGPEN* pen);
@@ -352,8 +359,10 @@ TESSALINE_API COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
 TESSALINE_API BOOL SetPixelV(HDC dc, int x, int y, COLORREF color);
 // CLR_INVALID (also -1 as an int) outside the surface or the clipping region.
 TESSALINE_API COLORREF GetPixel(HDC dc, int x, int y);
-// Fills [left, right) x [top, bottom) with the brush (copying). The brush
-// may be a system colour index + 1 as in Win32: (HBRUSH)(COLOR_BTNFACE + 1).
+// Fills [left, right) x [top, bottom) with the brush (copying). An inverted
+// side fills as PatBlt with a negative extent: left > right fills columns
+// right+1..left, top > bottom rows bottom+1..top. The brush may be a system
+// colour index + 1 as in Win32: (HBRUSH)(COLOR_BTNFACE + 1).
 TESSALINE_API int FillRect(HDC dc, const RECT* rect, HBRUSH brush);
 
 // ---------------------------------------------------------------------------
@@ -364,7 +373,9 @@ TESSALINE_API int FillRect(HDC dc, const RECT* rect, HBRUSH brush);
 
 TESSALINE_API HRGN CreateRectRgn(int left, int top, int right, int bottom);
 TESSALINE_API HRGN CreateRectRgnIndirect(const RECT* rect);
-// The ellipse's pixel set, as Ellipse with a pen covers it.
+// The ellipse's pixel set of the box (left, top, right-1, bottom-1), as the
+// brush of Ellipse with a null pen covers it: GetRgnBox of
+// CreateEllipticRgn(1, 1, 11, 9) is (1, 1, 10, 8).
 TESSALINE_API HRGN CreateEllipticRgn(int left, int top, int right, int bottom);
 // The polygon's fill as Polygon fills it with a null pen.
 TESSALINE_API HRGN CreatePolygonRgn(const POINT* points, int count, int mode);
@@ -391,7 +402,9 @@ TESSALINE_API int SelectClipRgn(HDC dc, HRGN rgn);
 TESSALINE_API int GetClipBox(HDC dc, RECT* box);
 
 // ---------------------------------------------------------------------------
-// PNG files, so that people and tests can look at what was drawn.
+// PNG files, so that people and tests can look at what was drawn. A build
+// without libpng (CMake option TESSALINE_WITH_PNG off) keeps these calls,
+// which then fail (FALSE, NULL).
 
 // Writes the bitmap as an 8-bit RGB PNG. FALSE when the bitmap is not valid
 // or the file cannot be written.
