@@ -33,3 +33,5 @@
 
 #include "tessaline/analysis/properties.h"
 #include "tessaline/analysis/split.h"
+
+#include "tessaline/library/dibitmap.h"

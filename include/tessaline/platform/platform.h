@@ -2,6 +2,9 @@
 // system's code and its hosts use.
 #pragma once
 
+#include "tessaline/platform/dc.h"
+#include "tessaline/platform/dib.h"
+#include "tessaline/platform/file.h"
 #include "tessaline/platform/framework.h"
 #include "tessaline/platform/gdi.h"
 #include "tessaline/platform/memory.h"
