@@ -35,3 +35,4 @@
 #include "tessaline/analysis/split.h"
 
 #include "tessaline/library/dibitmap.h"
+#include "tessaline/files/cross_section.h"

@@ -227,6 +227,42 @@ void CFile::Rename(const char* old_path, const char* new_path) {
   }
 }
 
+CMemFile::CMemFile(const void* data, size_t size)
+    : data_(static_cast<const unsigned char*>(data),
+            static_cast<const unsigned char*>(data) + size) {}
+
+UINT CMemFile::Read(void* buffer, UINT count) {
+  if (count == 0) return 0;
+  if (!buffer) throw CFileException(CFileException::genericException, EINVAL, "");
+  if (pos_ >= data_.size()) return 0;
+  auto n = static_cast<UINT>(std::min<uint64_t>(count, data_.size() - pos_));
+  std::memcpy(buffer, data_.data() + pos_, n);
+  pos_ += n;
+  return n;
+}
+
+void CMemFile::Write(const void* buffer, UINT count) {
+  if (count == 0) return;
+  if (!buffer) throw CFileException(CFileException::genericException, EINVAL, "");
+  if (pos_ + count > data_.size()) data_.resize(pos_ + count);
+  std::memcpy(data_.data() + pos_, buffer, count);
+  pos_ += count;
+}
+
+uint64_t CMemFile::Seek(int64_t offset, UINT from) {
+  int64_t base = from == begin ? 0
+                               : (from == current ? static_cast<int64_t>(pos_)
+                                                  : static_cast<int64_t>(data_.size()));
+  if (from > end || offset < -base) throw CFileException(CFileException::badSeek, EINVAL, "");
+  pos_ = static_cast<uint64_t>(base + offset);
+  return pos_;
+}
+
+void CMemFile::SetLength(uint64_t length) {
+  if (length > (uint64_t{1} << 31)) throw CFileException(CFileException::diskFull, ENOSPC, "");
+  data_.resize(length);
+}
+
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* default_value,
                                char* out, DWORD size, const char* file) {
   if (!out || size == 0) return 0;

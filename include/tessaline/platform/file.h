@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "tessaline/export.h"
 #include "tessaline/platform/win_types.h"
@@ -102,6 +103,29 @@ class TESSALINE_API CFile {
   [[noreturn]] void Throw(int os_error) const;
   int fd_ = -1;
   std::string path_;
+};
+
+// A file held in memory, with the same operations (the framework's
+// CMemFile): readers run over it without system calls. Faults are not
+// injected here.
+class TESSALINE_API CMemFile : public CFile {
+ public:
+  CMemFile() = default;
+  CMemFile(const void* data, size_t size);
+  UINT Read(void* buffer, UINT count) override;
+  void Write(const void* buffer, UINT count) override;
+  uint64_t Seek(int64_t offset, UINT from) override;
+  uint64_t GetLength() const override { return data_.size(); }
+  uint64_t GetPosition() const override { return pos_; }
+  void SetLength(uint64_t length) override;
+  void Flush() override {}
+  void Close() override {}
+  void Abort() override {}
+  const std::vector<unsigned char>& Data() const { return data_; }
+
+ private:
+  std::vector<unsigned char> data_;
+  uint64_t pos_ = 0;
 };
 
 // Fault injection for tests: the n-th operation of a kind from now (1 = the
