@@ -36,3 +36,5 @@
 
 #include "tessaline/library/dibitmap.h"
 #include "tessaline/files/cross_section.h"
+#include "tessaline/library/section.h"
+#include "tessaline/library/library.h"

@@ -196,6 +196,7 @@ void CFile::SetLength(uint64_t length) {
 
 void CFile::Flush() {
   if (fd_ < 0) Throw(EBADF);
+  if (::fsync(fd_) != 0) Throw(errno);
 }
 
 void CFile::Close() {

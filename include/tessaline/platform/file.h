@@ -86,6 +86,7 @@ class TESSALINE_API CFile {
   virtual uint64_t GetPosition() const;
   // Truncates or extends (with zero bytes) the file.
   virtual void SetLength(uint64_t length);
+  // Makes what was written durable (fsync).
   virtual void Flush();
   // Closes; an error while closing throws.
   virtual void Close();

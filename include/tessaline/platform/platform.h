@@ -8,5 +8,6 @@
 #include "tessaline/platform/framework.h"
 #include "tessaline/platform/gdi.h"
 #include "tessaline/platform/memory.h"
+#include "tessaline/platform/strings.h"
 #include "tessaline/platform/user.h"
 #include "tessaline/platform/win_types.h"
