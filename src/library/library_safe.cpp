@@ -150,9 +150,13 @@ static void Rebuild(CCrossSectionLibrary& lib, CFile& old_file, const CString& p
   }
   try {
     Write_Header(out, h);
-    for (int i = 0; i < CCrossSectionLibrary::m_nMaxSections; ++i) {
-      Write_U32(out, i < moved.GetSize() ? moved[i] : 0);
+    std::vector<unsigned char> entries(4 *
+                                       static_cast<size_t>(CCrossSectionLibrary::m_nMaxSections));
+    for (int i = 0; i < moved.GetSize(); ++i) {
+      for (int b = 0; b < 4; ++b)
+        entries[4 * static_cast<size_t>(i) + b] = static_cast<unsigned char>(moved[i] >> (8 * b));
     }
+    out.Write(entries.data(), static_cast<UINT>(entries.size()));
     old_file.Seek(static_cast<int64_t>(first_block), CFile::begin);
     if (Copy_Bytes(old_file, out, start - first_block) != start - first_block) {
       throw Failure{"the library ends inside a section"};
