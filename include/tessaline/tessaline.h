@@ -9,6 +9,7 @@
 #include "tessaline/platform/progress.h"
 
 #include "tessaline/model/create.h"
+#include "tessaline/model/edit.h"
 #include "tessaline/model/element.h"
 #include "tessaline/model/parent.h"
 #include "tessaline/model/rect.h"
@@ -25,6 +26,7 @@
 #include "tessaline/display/raster.h"
 
 #include "tessaline/construct/aux_draw.h"
+#include "tessaline/construct/nearest.h"
 #include "tessaline/construct/tangent.h"
 
 #include "tessaline/contour/contour.h"

@@ -9,9 +9,9 @@
 #include "display/draw_internal.h"
 #include "display/mapping.h"
 #include "model/record.h"
+#include "model/spline_curve.h"
 #include "tessaline/construct/aux_draw.h"
 #include "tessaline/display/raster.h"
-#include "tessaline/geometry/vector.h"
 #include "tessaline/platform/user.h"
 
 namespace {
@@ -27,9 +27,6 @@ constexpr COLORREF kSchemes[4][10] = {
     {0xFFFFFF, 0x0000FF, 0x00FFFF, 0x000000, 0x0000FF, 0x808080, 0xFF0000, 0x0000FF, 0xC0C0C0,
      0xFF00FF},
 };
-
-// Largest number of strokes one spline piece is drawn with.
-constexpr double kMax_Strokes = 4096;
 
 bool Fits_Int32(int64_t v) {
   return v >= INT32_MIN && v <= INT32_MAX;
@@ -68,14 +65,6 @@ class Piece_Painter {
   const Coord_Syst* cs_;
   HPEN overlay_;
 };
-
-// The cubic of spline piece i at parameter u in [0, 1] (moment form), for
-// one coordinate: v the node values, m the moments, h the chord.
-double Spline_Value(const Locked<double>& v, const Locked<double>& m, size_t i, double h,
-                    double u) {
-  return (1 - u) * v[i] + u * v[i + 1] -
-         (u * (1 - u) / 6.0) * h * h * ((2 - u) * m[i] + (1 + u) * m[i + 1]);
-}
 
 }  // namespace
 
@@ -140,54 +129,32 @@ void Draw_Polyline_Element(HGLOBAL h, HDC dc, const Coord_Syst* cs, const COLORR
 void Draw_Spline_Element(HGLOBAL h, HDC dc, const Coord_Syst* cs, const COLORREF* colours) {
   Locked_Element e(h);
   if (!e || e->type != EL_SPLINE) return;
-  Locked<double> xs(e->u.spline.x), ys(e->u.spline.y), mx(e->u.spline.m1), my(e->u.spline.m2);
+  Spline_Curve curve(e->u.spline);
   Locked<int32_t> words(static_cast<HGLOBAL>(e->attr));
-  size_t n = static_cast<size_t>(std::max(e->u.spline.n, 0));
-  n = std::min({n, xs.count(), ys.count(), mx.count(), my.count(), words.count() / 2});
+  const size_t n = std::min(curve.nodes(), words.count() / 2);
   if (n == 0) return;
-  // Accumulated chord length at each node: the spline's parameter.
-  HGLOBAL t_block = GlobalAlloc(GHND, n * sizeof(double));
-  {
-    Locked<double> t(t_block);
-    if (!t) {
-      if (t_block) GlobalFree(t_block);
-      return;
+  const double base_step = Spline_Step(cs);
+  HPEN overlay = CreatePen(PS_SOLID, 1, colours[3]);
+  Piece_Painter paint(dc, cs, overlay);
+  double t0 = 0.0;  // accumulated chord length at node i: the spline's parameter
+  for (size_t i = 0; i + 1 < n; ++i) {
+    const double t1 = t0 + curve.Chord(i);
+    int32_t word = words[2 * i + 1];
+    bool selected = word & ATTR_SELECTED;
+    {
+      Scoped_Select pen(dc, Create_Rule_Pen(word, colours), true);
+      double px = curve.x(i), py = curve.y(i);
+      curve.Piece(i, t0, t1, base_step, [&](double qx, double qy) {
+        paint.Line(selected, px, py, qx, qy);
+        px = qx;
+        py = qy;
+      });
     }
-    t[0] = 0.0;
-    for (size_t i = 1; i < n; ++i) {
-      t[i] = t[i - 1] + Distance_2Points(xs[i - 1], ys[i - 1], xs[i], ys[i]);
-    }
-    const double base_step = Spline_Step(cs);
-    HPEN overlay = CreatePen(PS_SOLID, 1, colours[3]);
-    Piece_Painter paint(dc, cs, overlay);
-    for (size_t i = 0; i + 1 < n; ++i) {
-      int32_t word = words[2 * i + 1];
-      bool selected = word & ATTR_SELECTED;
-      double hc = t[i + 1] - t[i];
-      {
-        Scoped_Select pen(dc, Create_Rule_Pen(word, colours), true);
-        double px = xs[i], py = ys[i];
-        if (hc > 0 && base_step > 0) {
-          double step = std::max(base_step, hc / kMax_Strokes);
-          // Whole steps strictly after the piece's start (the node begins the
-          // chain) and before its end (the next node closes it).
-          const double k0 = std::floor(t[i] / step) + 1;
-          for (int j = 0; j <= kMax_Strokes && (k0 + j) * step < t[i + 1]; ++j) {
-            double u = ((k0 + j) * step - t[i]) / hc;
-            double qx = Spline_Value(xs, mx, i, hc, u), qy = Spline_Value(ys, my, i, hc, u);
-            paint.Line(selected, px, py, qx, qy);
-            px = qx;
-            py = qy;
-          }
-        }
-        paint.Line(selected, px, py, xs[i + 1], ys[i + 1]);
-      }
-      paint.Node(words[2 * i], colours, xs[i], ys[i]);
-    }
-    paint.Node(words[2 * (n - 1)], colours, xs[n - 1], ys[n - 1]);
-    DeleteObject(overlay);
+    paint.Node(words[2 * i], colours, curve.x(i), curve.y(i));
+    t0 = t1;
   }
-  GlobalFree(t_block);
+  paint.Node(words[2 * (n - 1)], colours, curve.x(n - 1), curve.y(n - 1));
+  DeleteObject(overlay);
 }
 
 void Draw_Element(HGLOBAL h, HDC dc, const Coord_Syst* cs, const COLORREF* colours) {

@@ -2,11 +2,15 @@
 // a parent goes away.
 #include <initializer_list>
 
+#include "model/child_index.h"
 #include "model/record.h"
 #include "tessaline/model/create.h"
 #include "tessaline/model/parent.h"
 
 namespace {
+
+thread_local Cut_Observer cut_observer = nullptr;
+thread_local void* cut_context = nullptr;
 
 // The parent slots that Get_Parent_Elem and Set_Parent_Elem use, by creation
 // type: up to three slot numbers, -1 for none. Types 11, 21, 26, 27 and 28
@@ -72,14 +76,25 @@ void New_Parent_List(HGLOBAL h, std::initializer_list<HGLOBAL> parents) {
 
 }  // namespace
 
+void Set_Cut_Observer(Cut_Observer observer, void* context) {
+  cut_observer = observer;
+  cut_context = context;
+}
+
 void Get_Parent_Elem(HGLOBAL h, HGLOBAL* p1, HGLOBAL* p2, HGLOBAL* p3) {
   HGLOBAL* out[3] = {p1, p2, p3};
   for (HGLOBAL* p : out) {
     if (p) *p = 0;
   }
-  Parent_Slots s = Slots_For(Get_Creation_Type(h));
+  // One lock of the record and one of its list (this runs once per element
+  // when attached objects are indexed).
+  Locked_Element e(h);
+  if (!e || !e->parents) return;
+  Parent_Slots s = Slots_For(e->creation_type);
+  if (s.slot[0] < 0) return;
+  Locked<HGLOBAL> list(e->parents);
   for (int k = 0; k < 3; ++k) {
-    if (s.slot[k] >= 0 && out[k]) *out[k] = Get_Parent(h, s.slot[k]);
+    if (s.slot[k] >= 0 && out[k] && list.holds(s.slot[k])) *out[k] = list[s.slot[k]];
   }
 }
 
@@ -106,6 +121,7 @@ int Cut_Parent_Link(HGLOBAL h, HGLOBAL m) {
     if (p[k] == m && cut < 0) cut = k;
   }
   if (cut < 0) return ct;
+  if (cut_observer) cut_observer(h, m, cut_context);
   // With two parents, the one that does not hold m remains.
   HGLOBAL remaining = cut == 0 ? p[1] : p[0];
 

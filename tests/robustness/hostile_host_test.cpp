@@ -161,3 +161,139 @@ TEST(HostileHost, GarbageHandlesIndexesAndArraysNeverEscapeTheirBlocks) {
   }
   for (HGLOBAL h : blocks) GlobalFree(h);
 }
+
+// ---- Editing, attached objects and nearest queries -------------------------
+
+namespace {
+
+// Sound elements of every kind, records that lie, blocks that are no
+// records, and handles that name nothing; the blocks made are in `owned`.
+std::vector<HGLOBAL> Editing_Pool(std::vector<HGLOBAL>& owned) {
+  const double xs[5] = {0, 10, 10, 0, 0}, ys[5] = {0, 0, 10, 10, 0};
+  std::vector<HGLOBAL> pool = {Create_Point(1, 2),         Create_Line(0, 0, 10, 0),
+                               Create_Polyline(5, xs, ys), Create_Circle(5, 5, 3),
+                               Create_Arc(5, 5, 3, 0, 2),  Create_Spline(5, xs, ys, xs, ys)};
+  HGLOBAL aux = Create_Line(0, 5, 10, 5);
+  Corrupt(aux, [](Element_Record& r) { r.attr = 0; });
+  pool.push_back(aux);
+  pool.push_back(
+      Corrupt(Create_Polyline(2, xs, ys), [](Element_Record& r) { r.u.poly.n = INT_MAX; }));
+  pool.push_back(Corrupt(Create_Spline(3, xs, ys, nullptr, nullptr),
+                         [](Element_Record& r) { r.u.spline.n = 1 << 20; }));
+  pool.push_back(Corrupt(Create_Polyline(3, xs, ys), [](Element_Record& r) {
+    r.u.poly.nodes = 0xDEAD0001;
+    r.attr = 7;
+  }));
+  pool.push_back(Corrupt(Create_Line(0, 0, 1, 1), [](Element_Record& r) {
+    r.creation_type = 29;
+    r.parent_count = 1 << 30;  // a list far shorter than it claims
+  }));
+  pool.push_back(Corrupt(Create_Circle(0, 0, NAN), [](Element_Record& r) { r.type = 77; }));
+  pool.push_back(GlobalAlloc(GHND, 12));
+  owned = pool;
+  // A link list for the lying record, and parents among the pool.
+  Corrupt(pool[11], [](Element_Record& r) { r.parents = GlobalAlloc(GHND, 8); });
+  for (HGLOBAL h : {pool[0], pool[1], pool[3]}) {
+    Write_Creation_Type(h, 5);
+    Alloc_Parent(h, 2);
+  }
+  HGLOBAL freed = GlobalAlloc(GHND, 64);
+  GlobalFree(freed);
+  pool.insert(pool.end(), {HGLOBAL{0}, freed, HGLOBAL{0xFFFFFFFF}});
+  return pool;
+}
+
+}  // namespace
+
+TEST(HostileHost, EditingAndNearestQueriesAnswerGarbageWithTheirFailureValues) {
+  Box_Capture boxes;
+  std::mt19937 rng(20261124);
+  std::vector<HGLOBAL> owned;
+  std::vector<HGLOBAL> pool = Editing_Pool(owned);
+  auto pick = [&] { return pool[rng() % pool.size()]; };
+  const int indexes[] = {0, 1, 3, 6, 11, -1, INT_MAX, INT_MIN, 1 << 20};
+  std::vector<int> list(64);
+
+  Surface canvas(64, 64);
+  Coord_Syst views[3] = {};
+  views[0].world = {-5, -5, 30, 30};
+  views[0].window = {0, 64, 64, -64};
+  views[1] = views[0];
+  views[1].unused_a[0] = NAN;     // an aperture that is not a number
+  views[2].world = {0, 0, 0, 0};  // a view of nothing: every scale divides by zero
+  COLORREF colours[11];
+  Set_Object_Colors(0, colours);
+
+  for (int step = 0; step < 3000; ++step) {
+    // Arrays of pool handles whose counts may lie, a list of indexes that
+    // may name nothing, and a list count that may exceed the array.
+    Objects_Array_Type a = {}, b = {}, out = {}, other = {};
+    int n = static_cast<int>(rng() % 10);
+    for (int i = 0; i < n; ++i) Add_Element_In_Array_by_Handle(&a, pick());
+    for (int i = 0; i < 4; ++i) Add_Element_In_Array_by_Handle(&b, pick());
+    if (rng() % 3 == 0) a.count = static_cast<int32_t>(rng() % 1000000);
+    for (int& i : list) i = indexes[rng() % std::size(indexes)];
+    int count = static_cast<int>(rng() % list.size());
+    const Coord_Syst* cs = &views[rng() % 3];
+    double x = 5, y = 5, d = 0;
+    int index = 0, part = 0;
+    switch (rng() % 6) {
+      case 0:
+        Select_Elements(canvas.dc(), &a, cs, x, y, colours);
+        Unselect_All_Elements(&a, canvas.dc(), cs, colours);
+        Get_Selected_Elem_Index(&a, list.data());
+        break;
+      case 1:
+        Copy_ObjAr_by_Index(&a, &out, list.data(), count);
+        Move_Objects(&a, 1, -1);
+        Move_Objects_by_Index(&a, list.data(), count, -1, 1);
+        Add_Objects_by_Selected_Attr(&out, &other, &a, static_cast<int>(rng()));
+        break;
+      case 2: {
+        Create_Moved_iObjects(&a, cs, &out);
+        Draw_iObjects_with_Disp(canvas.dc(), &out, static_cast<int32_t>(rng()), 3, colours[3]);
+        DeleteiObjectsArray(&out);
+        Draw_iObjects_with_Disp(canvas.dc(), &a, 0, 0, colours[3]);  // records are no copies
+        break;
+      }
+      case 3:
+        Do_Objects_Attach_Moving(&a, &b);
+        Do_Objects_Attach_Moving(&b, &a);
+        Change_All_Childs(pick(), pick(), static_cast<int>(rng()), &a, &b);
+        Create_Same_Objects_With_Attach(&a, &out, static_cast<int>(rng()));
+        Create_Analog_Attach(&a, &out, &out);
+        Create_Analog_Attach(&b, &a, &out);
+        DeleteObjectsArray(&out);
+        break;
+      case 4:
+        Get_Nearest_Segment_End(&a, x, y, &d);
+        Get_Nearest_Circle(&a, x, y, &d);
+        Get_Nearest_Circle_Besides1(&a, x, y, &d, pick());
+        Get_Nearest_Line(&a, x, y);
+        Get_Nearest_Line_Besides1(&a, x, y, pick());
+        Get_Nearest_Segment(&a, x, y, &d);
+        Get_Nearest_Arc(&a, x, y);
+        SQNearest_Element_Point(&a, x, y, &index, &part, &d);
+        SQDist_Element_Point(pick(), x, y, &part);
+        break;
+      default: {
+        Objects_Array_Type sets[2] = {a, b};
+        int layer = indexes[rng() % 6] % 2;  // 0, 1 or -1
+        SQNearest_Circle_Point_In_Layer(sets, sets + 1, layer % 1, x, y, &d);
+        SQNearest_Cir_P_In_Layer_Bes1(sets, nullptr, layer, x, y, pick(), &d);
+        SQNearest_El_Node_Point_In_Layer(sets, sets, layer, x, y, &x, &y, &d);
+        SQNear_El_Node_Point_In_Layer(nullptr, sets, layer, x, y, &x, &y, &d);
+        Nearest_Point_Point_In_Layer(sets, sets, layer, x, y, &d);
+        Nearest_Point_P_In_Layer_Bes1(sets, sets, layer, x, y, pick(), &d);
+        break;
+      }
+    }
+    // Deleting takes elements out of the pool for good: now and then only.
+    if (rng() % 50 == 0) Delete_Elements(&a, &b, &a);
+    for (auto* arr : {&a, &b, &out, &other}) DeleteObjectsArray_Without_El_Deleting(arr);
+  }
+  for (HGLOBAL h : owned) {
+    Delete_Element(h);
+    GlobalFree(h);
+  }
+}

@@ -29,8 +29,11 @@ struct Scroll_Par {
 // The coordinate-system record of one view, owned by the host; all zero when fresh.
 struct Coord_Syst {
   int32_t vp_org_x, vp_org_y, vp_ext_x, vp_ext_y;  // device viewport, pixels
-  double unused_a[2];                              // 0.0 in every record the library fills
-  double paper_w, paper_h;                         // physical size of the view, millimetres
+  // 0.0 in every record the library fills. unused_a[0] is the host's pick
+  // aperture in logical units (Get_Pick_Aperture, Select_Elements); 0 gives
+  // the default.
+  double unused_a[2];
+  double paper_w, paper_h;  // physical size of the view, millimetres
   Logical_Window window;
   World_Window world;       // its size is scale x paper size after a rescale
   double scale_x, scale_y;  // world units per millimetre of paper
