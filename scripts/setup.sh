@@ -7,6 +7,7 @@ packages=(
   g++ make cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
+  libcgal-dev libgmp-dev libmpfr-dev
 )
 
 missing=()
