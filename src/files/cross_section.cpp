@@ -5,10 +5,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "files/split_release.h"
 #include "model/record.h"
 #include "platform/locked.h"
 #include "tessaline/files/cross_section.h"
+#include "tessaline/model/parent.h"
 
 namespace {
 
@@ -27,32 +27,11 @@ std::vector<HGLOBAL> Contours_Of(int32_t count, HGLOBAL list) {
 
 using Copy_Map = std::unordered_map<HGLOBAL, HGLOBAL>;
 
-// Copies the elements of `from` into `to`, remembering each copy.
-void Copy_Elements(const Objects_Array_Type* from, Objects_Array_Type* to, Copy_Map& copies) {
-  for (HGLOBAL h : Handles_Of(from)) {
-    HGLOBAL c = Create_Element_Copy(h);
-    if (!c) continue;
-    if (Add_Element_In_Array_by_Handle(to, c) < 0) {
-      Delete_Element(c);
-      continue;
-    }
-    copies[h] = c;
-  }
-}
-
-// Points every parent slot of the copies that names a copied element at
-// that element's copy.
-void Repoint_Parents(const Copy_Map& copies) {
-  for (const auto& [old_h, new_h] : copies) {
-    Locked_Element e(new_h);
-    if (!e || e->parent_count <= 0) continue;
-    Locked<HGLOBAL> list(e->parents);
-    for (size_t i = 0;
-         i < static_cast<size_t>(e->parent_count) && list.holds(static_cast<long long>(i)); ++i) {
-      auto it = copies.find(list[i]);
-      if (it != copies.end()) list[i] = it->second;
-    }
-  }
+// Pairs each source element with its copy at the same index.
+void Map_Copies(const Objects_Array_Type* from, const Objects_Array_Type* to, Copy_Map& copies) {
+  std::vector<HGLOBAL> a = Handles_Of(from), b = Handles_Of(to);
+  if (a.size() != b.size()) return;  // a stale source entry was passed over
+  for (size_t i = 0; i < a.size(); ++i) copies.emplace(a[i], b[i]);
 }
 
 // Copies one contour list into `to`, its contours referring to the copies
@@ -101,10 +80,15 @@ _Cross_Section::_Cross_Section()
 int _Cross_Section::Make_Copy(const _Cross_Section& source) {
   if (&source == this) return 1;
   Delete_Cross_Section();
+  Create_Same_Objects_With_Attach(&source.objects, &objects, source.objects.count);
+  Create_Same_Objects_With_Attach(&source.aux_objects, &aux_objects, source.aux_objects.count);
+  // Links between the two arrays: construction elements hang on ordinary
+  // ones and back.
+  Create_Analog_Attach(&source.objects, &objects, &aux_objects);
+  Create_Analog_Attach(&source.aux_objects, &aux_objects, &objects);
   Copy_Map copies;
-  Copy_Elements(&source.objects, &objects, copies);
-  Copy_Elements(&source.aux_objects, &aux_objects, copies);
-  Repoint_Parents(copies);
+  Map_Copies(&source.objects, &objects, copies);
+  Map_Copies(&source.aux_objects, &aux_objects, copies);
   Copy_Contours(source.surface.outer_count, source.surface.outers, &surface, 0, copies);
   Copy_Contours(source.surface.hole_count, source.surface.holes, &surface, 1, copies);
   return 1;
@@ -138,7 +122,7 @@ _Geo_Cross_Section::_Geo_Cross_Section() : geom{}, split{}, name{}, extra_code(0
 
 int _Geo_Cross_Section::Make_Copy(const _Geo_Cross_Section& source) {
   if (&source == this) return 1;
-  Release_Split(&split);
+  Free_FE_Split(&split);
   geom = source.geom;
   _Cross_Section::Make_Copy(source);
   size_t n = strnlen(source.name, sizeof source.name - 1);
@@ -152,7 +136,7 @@ void Free_Geo_Cross_Section(_Geo_Cross_Section* section) {
   DeleteObjectsArray(&section->objects);
   DeleteObjectsArray(&section->aux_objects);
   Delete_Surface(&section->surface);
-  Release_Split(&section->split);
+  Free_FE_Split(&section->split);
 }
 
 int Is_Cros_Sect_File(const char* path) {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "files/geo_io.h"
-#include "files/split_release.h"
 #include "model/record.h"
 #include "platform/locked.h"
 #include "tessaline/files/cross_section.h"
@@ -143,7 +142,7 @@ bool Read_Doubles(Reader& r, int32_t count, HGLOBAL& block) {
 }
 
 bool Read_Split(Reader& r, FE_Split* s) {
-  Release_Split(s);
+  Free_FE_Split(s);
   int32_t n = r.I32();
   if (!r.ok()) return false;
   if (n <= 0) return true;  // the counts that follow pass through the tag loop
