@@ -26,7 +26,8 @@ HGLOBAL Read_Element(Reader& r) {
   for (int32_t& w : e.u.words) w = r.I32();
   e.creation_type = r.I32();
   int32_t p = r.I32();
-  if (!r.ok() || !r.Fits(p, 4)) return 0;
+  // An element of a type the model does not know could never be deleted.
+  if (!r.ok() || !r.Fits(p, 4) || e.type < EL_POINT || e.type > EL_SPLINE) return 0;
   // A compound element's blocks are not in the file: the raw handle values
   // written for them name nothing of this element's, so none is kept.
   if (e.type == EL_POLYLINE) {
