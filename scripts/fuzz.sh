@@ -33,10 +33,18 @@ for t in "${targets[@]}"; do
   cp "$root/fuzz/corpus/$t/"* "$work/" 2>/dev/null || true
   cp "$root/tests/data/files/${seeds[$t]}" "$work/"
   echo "== fuzz_$t: $runs runs"
+  log=$(mktemp)
+  status=0
   ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-    "$dir/fuzz/fuzz_$t" -runs="$runs" -detect_leaks=$([ "$runs" -le 100000 ] && echo 1 || echo 0) -max_len="${max_len[$t]}" -print_final_stats=1 "$work" 2>&1 |
-    grep -E '^(Done|stat::number_of_executed_units|stat::peak_rss_mb|cov:)|ERROR|SUMMARY|#[0-9]+.*DONE' || true
-  status=${PIPESTATUS[0]}
-  rm -rf "$work"
-  [ "$status" -eq 0 ] || { echo "fuzz_$t failed" >&2; exit 1; }
+    "$dir/fuzz/fuzz_$t" -runs="$runs" -detect_leaks=$([ "$runs" -le 100000 ] && echo 1 || echo 0) \
+    -max_len="${max_len[$t]}" -print_final_stats=1 -artifact_prefix="$dir/" "$work" >"$log" 2>&1 ||
+    status=$?
+  grep -E '^(Done|stat::number_of_executed_units|stat::peak_rss_mb)|#[0-9]+.*DONE' "$log" || true
+  if [ "$status" -ne 0 ]; then
+    grep -E 'ERROR|SUMMARY|#[0-9]+ 0x' "$log" | head -30 >&2
+    echo "fuzz_$t failed; the input is in $dir/" >&2
+    rm -rf "$work"
+    exit 1
+  fi
+  rm -rf "$work" "$log"
 done

@@ -41,3 +41,4 @@
 #include "tessaline/files/cross_section.h"
 #include "tessaline/library/section.h"
 #include "tessaline/library/library.h"
+#include "tessaline/module/module.h"

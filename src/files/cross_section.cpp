@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "files/arrays.h"
 #include "model/record.h"
 #include "platform/locked.h"
 #include "tessaline/files/cross_section.h"
@@ -74,6 +75,18 @@ void Append_Contours(int32_t count, HGLOBAL list, Surface_Type* to, int is_hole)
 
 }  // namespace
 
+void Delete_Section_Array(Objects_Array_Type* array) {
+  for (HGLOBAL h : Handles_Of(array)) {
+    Locked_Element e(h);
+    if (e && (e->type == EL_POLYLINE || e->type == EL_SPLINE) && e->parents) {
+      GlobalFree(e->parents);
+      e->parents = 0;
+      e->parent_count = 0;
+    }
+  }
+  DeleteObjectsArray(array);
+}
+
 _Cross_Section::_Cross_Section()
     : objects{0, 0, 0}, aux_objects{0, 0, 0}, surface{0, 0, 0, 0, 0, 0} {}
 
@@ -104,8 +117,8 @@ int _Cross_Section::Add_Objects(const _Cross_Section& source) {
 
 void _Cross_Section::Delete_Cross_Section() {
   Delete_Surface(&surface);
-  DeleteObjectsArray(&objects);
-  DeleteObjectsArray(&aux_objects);
+  Delete_Section_Array(&objects);
+  Delete_Section_Array(&aux_objects);
 }
 
 void _Cross_Section::Delete_Cross_Section_Without_Element_Deleting() {
@@ -133,8 +146,8 @@ int _Geo_Cross_Section::Make_Copy(const _Geo_Cross_Section& source) {
 
 void Free_Geo_Cross_Section(_Geo_Cross_Section* section) {
   if (!section) return;
-  DeleteObjectsArray(&section->objects);
-  DeleteObjectsArray(&section->aux_objects);
+  Delete_Section_Array(&section->objects);
+  Delete_Section_Array(&section->aux_objects);
   Delete_Surface(&section->surface);
   Free_FE_Split(&section->split);
 }

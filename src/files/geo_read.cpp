@@ -5,6 +5,7 @@
 #include <cstring>
 #include <vector>
 
+#include "files/arrays.h"
 #include "files/geo_io.h"
 #include "model/record.h"
 #include "platform/locked.h"
@@ -58,7 +59,7 @@ HGLOBAL Read_Element(Reader& r) {
 }
 
 bool Read_Array(Reader& r, Objects_Array_Type* array) {
-  DeleteObjectsArray(array);
+  Delete_Section_Array(array);
   int32_t count = r.I32();
   if (!r.ok() || !r.Fits(count, kElement_Entry_Bytes)) return false;
   for (int32_t i = 0; i < count; ++i) {

@@ -56,8 +56,8 @@ Dc_Extra& Extra_Of(Extras& e, HDC dc) {
   return e.table[dc];
 }
 
-HPALETTE Default_Palette() {
-  static HPALETTE stock = [] {
+HPALETTE Make_Default_Palette() {
+  {
     auto p = std::make_unique<Palette>();
     p->stock = true;
     // The twenty static colours of a palette device's default palette.
@@ -68,7 +68,15 @@ HPALETTE Default_Palette() {
         {255, 255, 0},   {0, 0, 255},     {255, 0, 255},   {0, 255, 255},   {255, 255, 255}};
     for (const auto& c : kStatic) p->entries.push_back(PALETTEENTRY{c[0], c[1], c[2], 0});
     return static_cast<HPALETTE>(Register(std::move(p)));
-  }();
+  }
+}
+
+// The stock default palette; made again when the object table was released.
+HPALETTE Default_Palette() {
+  static std::mutex guard;
+  static HPALETTE stock = nullptr;
+  std::lock_guard<std::mutex> lock(guard);
+  if (!Lookup_Palette(stock)) stock = Make_Default_Palette();
   return stock;
 }
 
