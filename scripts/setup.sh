@@ -7,6 +7,7 @@ packages=(
   g++ make cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
+  clang libclang-rt-14-dev
   libcgal-dev libgmp-dev libmpfr-dev
 )
 
