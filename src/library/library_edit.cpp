@@ -24,20 +24,24 @@ uint32_t Scratch_Block::Build(CCrossSection& section,
                               int (*preview)(void*, CDIBitmap&, CCrossSection&), void* owner) {
   if (!file.Open(kScratch_Name, CFile::modeCreate | CFile::modeReadWrite)) return 0;
   created = true;
+  // The block is put together in memory and written to the scratch file in
+  // one piece: the section writes its data field by field.
+  CMemFile block;
   tagCrossRecord r;
   r.params = section.m_GeomParams;
   r.length = 0;
   size_t n = strnlen(section.m_szName, sizeof r.name - 1);
   std::memcpy(r.name, section.m_szName, n);
   r.name[n] = 0;
-  Write_Record(file, r);
+  Write_Record(block, r);
   CDIBitmap dib;
   preview(owner, dib, section);
-  dib.Save(file);
-  section.Write(file);
-  r.length = static_cast<uint32_t>(file.GetLength());
-  file.Seek(0, CFile::begin);
-  Write_Record(file, r);
+  dib.Save(block);
+  section.Write(block);
+  r.length = static_cast<uint32_t>(block.GetLength());
+  block.Seek(0, CFile::begin);
+  Write_Record(block, r);
+  file.Write(block.Data().data(), r.length);
   file.Seek(0, CFile::begin);
   return r.length;
 }
