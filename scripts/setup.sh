@@ -11,6 +11,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
   libeigen3-dev
+
+  clang libclang-rt-14-dev
   libcgal-dev libgmp-dev libmpfr-dev
   g++-multilib lib32z1-dev
 )

@@ -29,6 +29,13 @@ echo "== build and test with AddressSanitizer and UndefinedBehaviorSanitizer"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir "$root/build-asan" -j"$jobs" --output-on-failure --timeout 1800
 
+echo "== fuzz the file readers briefly (geometry, library, bitmap)"
+if command -v clang++ >/dev/null; then
+  "$root/scripts/fuzz.sh" 2000
+else
+  echo "clang++ not found: fuzzing left out"
+fi
+
 echo "== install and build a host against it"
 rm -rf "$root/build/install" "$root/build/consumer"
 cmake --install "$root/build" --prefix "$root/build/install" >/dev/null

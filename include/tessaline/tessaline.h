@@ -46,3 +46,9 @@
 #include "tessaline/analysis/torsion.h"
 #include "tessaline/analysis/torsion_warping.h"
 #include "tessaline/analysis/weld.h"
+
+#include "tessaline/library/dibitmap.h"
+#include "tessaline/files/cross_section.h"
+#include "tessaline/library/section.h"
+#include "tessaline/library/library.h"
+#include "tessaline/module/module.h"

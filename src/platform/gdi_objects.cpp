@@ -1,5 +1,6 @@
 // The GDI handle table, stock objects, pens, brushes, bitmaps and selection.
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <deque>
 #include <mutex>
@@ -93,9 +94,13 @@ std::unique_ptr<Object> Make_Stock_Brush(bool hollow, COLORREF color) {
   return b;
 }
 
-Table& The_Table() {
-  // Never destroyed: objects may be freed during exit.
-  static Table* t = [] {
+// The table lives until the module releases it (Release_Gdi_Table, when
+// the library is unloaded); a call after that starts a fresh one.
+std::atomic<Table*> the_table{nullptr};
+std::mutex creation;
+
+Table* Make_Table() {
+  {
     auto* table = new Table;
     std::lock_guard<std::mutex> guard(table->mutex);
     table->stock[WHITE_BRUSH] = Insert(*table, Make_Stock_Brush(false, RGB(255, 255, 255)));
@@ -113,7 +118,18 @@ Table& The_Table() {
     bm->stock = true;
     table->stock_bitmap = static_cast<HBITMAP>(Insert(*table, std::move(bm)));
     return table;
-  }();
+  }
+}
+
+Table& The_Table() {
+  Table* t = the_table.load(std::memory_order_acquire);
+  if (t) return *t;
+  std::lock_guard<std::mutex> guard(creation);
+  t = the_table.load(std::memory_order_relaxed);
+  if (!t) {
+    t = Make_Table();
+    the_table.store(t, std::memory_order_release);
+  }
   return *t;
 }
 
@@ -364,4 +380,9 @@ HGDIOBJ GetCurrentObject(HDC dc, UINT type) {
     default:
       return nullptr;
   }
+}
+
+void Release_Gdi_Table() {
+  std::lock_guard<std::mutex> guard(creation);
+  delete the_table.exchange(nullptr);
 }

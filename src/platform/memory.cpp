@@ -42,8 +42,21 @@ struct Table {
   long live_blocks = 0;
 };
 
+// The table lives until the module releases it (Release_Memory_Table, when
+// the library is unloaded); a call after that starts a fresh one, so blocks
+// freed during exit never reach freed memory.
+std::atomic<Table*> the_table{nullptr};
+std::mutex creation;
+
 Table& table() {
-  static Table* t = new Table;  // never destroyed: blocks may be freed during exit
+  Table* t = the_table.load(std::memory_order_acquire);
+  if (t) return *t;
+  std::lock_guard<std::mutex> guard(creation);
+  t = the_table.load(std::memory_order_relaxed);
+  if (!t) {
+    t = new Table;
+    the_table.store(t, std::memory_order_release);
+  }
   return *t;
 }
 
@@ -201,4 +214,12 @@ long GlobalBlockCount() {
 
 void SetGlobalAllocFailure(long n) {
   fail_countdown.store(n > 0 ? n : 0);
+}
+
+void Release_Memory_Table() {
+  std::lock_guard<std::mutex> guard(creation);
+  Table* t = the_table.exchange(nullptr);
+  if (!t) return;
+  for (Slot& s : t->slots) std::free(s.data);
+  delete t;
 }

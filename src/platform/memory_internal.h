@@ -6,3 +6,7 @@
 // GlobalLock and GlobalSize in one visit to the table: the pointer (null as
 // GlobalLock gives it) and the block's size in *bytes (0 with a null pointer).
 void* Global_Lock_Sized(HGLOBAL h, SIZE_T* bytes);
+
+// Frees every block and the table itself (the library is being unloaded).
+// Nothing may use the table at the same time; a later call starts afresh.
+void Release_Memory_Table();
