@@ -1,0 +1,105 @@
+#include "analysis.h"
+
+#include <cmath>
+#include <limits>
+
+namespace tessaline::app {
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+// Centroid, central and principal moments from the area sums about the origin.
+void Complete(const Area_Sums& m, Section_Result* r) {
+  r->area = m.a;
+  r->cx = m.sx / m.a;
+  r->cy = m.sy / m.a;
+  r->ixx = m.syy - m.a * r->cy * r->cy;
+  r->iyy = m.sxx - m.a * r->cx * r->cx;
+  r->ixy = m.sxy - m.a * r->cx * r->cy;
+  double mean = (r->ixx + r->iyy) / 2;
+  double half = std::hypot((r->ixx - r->iyy) / 2, r->ixy);
+  r->i1 = mean + half;
+  r->i2 = mean - half;
+  // The axis of the larger moment; 0 for a section without preferred axes.
+  r->angle = half > 1e-12 * mean ? 0.5 * std::atan2(-2 * r->ixy, r->ixx - r->iyy) : 0.0;
+  r->ip = r->ixx + r->iyy;
+}
+
+void Moduli(Section_Result* r) {
+  r->wx_top = r->ixx / (r->ymax - r->cy);
+  r->wx_bottom = r->ixx / (r->cy - r->ymin);
+  r->wy_left = r->iyy / (r->cx - r->xmin);
+  r->wy_right = r->iyy / (r->xmax - r->cx);
+}
+
+nlohmann::json Number(double v) {
+  if (!std::isfinite(v)) return nullptr;
+  return v;
+}
+
+}  // namespace
+
+bool Analyze_Section(Section& s, const Analyze_Options& options, Section_Result* r,
+                     std::string* error) {
+  *r = Section_Result{};
+  r->name = s.name;
+  double left, top, right, bottom;
+  if (!Get_Surface_Extern_Rect(&s.surface, &left, &top, &right, &bottom)) {
+    *error = "the section has no outline to integrate";
+    return false;
+  }
+  r->xmin = left;
+  r->xmax = right;
+  r->ymin = bottom;
+  r->ymax = top;
+  if (!s.has_outline) {
+    *error = "this build integrates only drawn shapes";
+    return false;
+  }
+  Complete(Outline_Moments(s.outline), r);
+  if (!(r->area > 0)) {
+    *error = "the section has no area";
+    return false;
+  }
+  Moduli(r);
+  r->zx = r->zy = kNaN;
+  r->j = r->j_lower = r->j_upper = r->cw = r->xs = r->ys = kNaN;
+  (void)options;
+  return true;
+}
+
+nlohmann::json Result_Json(const Section_Result& r) {
+  nlohmann::json j;
+  j["name"] = r.name;
+  const std::pair<const char*, double> fields[] = {
+      {"area", r.area},
+      {"cx", r.cx},
+      {"cy", r.cy},
+      {"ixx", r.ixx},
+      {"iyy", r.iyy},
+      {"ixy", r.ixy},
+      {"i1", r.i1},
+      {"i2", r.i2},
+      {"angle", r.angle},
+      {"ip", r.ip},
+      {"wx_top", r.wx_top},
+      {"wx_bottom", r.wx_bottom},
+      {"wy_left", r.wy_left},
+      {"wy_right", r.wy_right},
+      {"zx", r.zx},
+      {"zy", r.zy},
+      {"j", r.j},
+      {"j_lower", r.j_lower},
+      {"j_upper", r.j_upper},
+      {"cw", r.cw},
+      {"xs", r.xs},
+      {"ys", r.ys},
+  };
+  for (const auto& [key, value] : fields) j[key] = Number(value);
+  j["bounding_box"] = {Number(r.xmin), Number(r.ymin), Number(r.xmax), Number(r.ymax)};
+  if (!r.torsion_note.empty()) j["torsion"] = r.torsion_note;
+  return j;
+}
+
+}  // namespace tessaline::app
