@@ -1,5 +1,6 @@
 #include "analysis.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -23,7 +24,13 @@ void Complete(const Area_Sums& m, Section_Result* r) {
   r->i2 = mean - half;
   // The axis of the larger moment; 0 for a section without preferred axes.
   r->angle = half > 1e-12 * mean ? 0.5 * std::atan2(-2 * r->ixy, r->ixx - r->iyy) : 0.0;
+  if (r->angle <= -M_PI / 2 + 1e-15) r->angle += M_PI;  // the axis, not its direction
   r->ip = r->ixx + r->iyy;
+}
+
+// Rounding leaves 1e-14 where symmetry puts a zero; report the zero.
+double Clean(double v, double scale) {
+  return std::fabs(v) <= 1e-11 * scale ? 0.0 : v;
 }
 
 void Moduli(Section_Result* r) {
@@ -33,7 +40,7 @@ void Moduli(Section_Result* r) {
   r->wy_right = r->iyy / (r->xmax - r->cx);
 }
 
-nlohmann::json Number(double v) {
+nlohmann::ordered_json Number(double v) {
   if (!std::isfinite(v)) return nullptr;
   return v;
 }
@@ -62,6 +69,11 @@ bool Analyze_Section(Section& s, const Analyze_Options& options, Section_Result*
     *error = "the section has no area";
     return false;
   }
+  double size = std::max(r->xmax - r->xmin, r->ymax - r->ymin);
+  r->cx = Clean(r->cx, size);
+  r->cy = Clean(r->cy, size);
+  r->ixy = Clean(r->ixy, r->ip);
+  r->angle = Clean(r->angle, 1.0);
   Moduli(r);
   r->zx = r->zy = kNaN;
   r->j = r->j_lower = r->j_upper = r->cw = r->xs = r->ys = kNaN;
@@ -69,8 +81,8 @@ bool Analyze_Section(Section& s, const Analyze_Options& options, Section_Result*
   return true;
 }
 
-nlohmann::json Result_Json(const Section_Result& r) {
-  nlohmann::json j;
+nlohmann::ordered_json Result_Json(const Section_Result& r) {
+  nlohmann::ordered_json j;
   j["name"] = r.name;
   const std::pair<const char*, double> fields[] = {
       {"area", r.area},

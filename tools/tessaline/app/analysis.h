@@ -43,6 +43,6 @@ bool Analyze_Section(Section& section, const Analyze_Options& options, Section_R
                      std::string* error);
 
 // The JSON object of one result with the keys the program documents.
-nlohmann::json Result_Json(const Section_Result& r);
+nlohmann::ordered_json Result_Json(const Section_Result& r);
 
 }  // namespace tessaline::app
