@@ -31,5 +31,6 @@
 #include "tessaline/contour/segments.h"
 #include "tessaline/contour/surface.h"
 
+#include "tessaline/analysis/exact.h"
 #include "tessaline/analysis/properties.h"
 #include "tessaline/analysis/split.h"

@@ -182,37 +182,62 @@ double Contour_Shape::Shared_End_Crossing(size_t i, double x, double yr) const {
   return 0;
 }
 
+// The crossings of element i with the line at height yr: 0, 1 or 2.
+int Contour_Shape::Element_Crossings(size_t i, double yr, Ray_Crossing out[2]) const {
+  const Element_Record& e = elements_[i];
+  double xa, ya, xb, yb;
+  if (e.type == EL_SEGMENT) {
+    const auto& s = e.u.seg;
+    if (Cross_Horiz_Line_Segment(yr, s.x1, s.y1, s.x2, s.y2, &xa, &ya) != 1) return 0;
+    bool end = (xa == s.x1 && ya == s.y1) || (xa == s.x2 && ya == s.y2);
+    out[0] = {xa, 1, end, true};
+    return 1;
+  }
+  if (e.type == EL_CIRCLE) {
+    const auto& c = e.u.circle;
+    if (Cross_Horiz_Line_Circle(yr, c.xc, c.yc, c.r, &xa, &ya, &xb, &yb) == 0) return 0;
+    out[0] = {xa, 1, false, false};
+    out[1] = {xb, 1, false, false};
+    return 2;
+  }
+  if (e.type == EL_ARC) {
+    double xs[2];
+    bool at_end[2];
+    int n = Arc_Crossings(e.u.arc, yr, xs, at_end);
+    if (n >= 1) out[0] = {xs[0], 1, at_end[0], false};
+    if (n == 2) out[1] = {xs[1], at_end[1] ? Shared_End_Crossing(i, xs[1], yr) : 1, false, false};
+    return n;
+  }
+  return 0;
+}
+
+void Contour_Shape::Row_Crossings(double yr, std::vector<Ray_Crossing>* out) const {
+  Ray_Crossing c[2];
+  auto add = [&](size_t i) {
+    int n = Element_Crossings(i, yr, c);
+    out->insert(out->end(), c, c + n);
+  };
+  if (indexed_) {
+    for (uint32_t i : bands_.At(yr)) add(i);
+  } else {
+    for (size_t i = 0; i < elements_.size(); ++i) add(i);
+  }
+}
+
 // One pass of the crossing count at height yr. Sets *vertex, and gives up,
 // when the ray meets a vertex that moves it (only while `may_nudge`).
 double Contour_Shape::Count(double px, double yr, bool may_nudge, bool* vertex) const {
   double k = 0;
+  Ray_Crossing c[2];
   auto count = [&](size_t i) {
-    const Element_Record& e = elements_[i];
-    double xa, ya, xb, yb;
-    if (e.type == EL_SEGMENT) {
-      const auto& s = e.u.seg;
-      if (Cross_Horiz_Line_Segment(yr, s.x1, s.y1, s.x2, s.y2, &xa, &ya) != 1 || xa > px) return;
-      if (may_nudge && ((xa == s.x1 && ya == s.y1) || (xa == s.x2 && ya == s.y2))) {
+    int n = Element_Crossings(i, yr, c);
+    for (int j = 0; j < n; ++j) {
+      if (!c[j].Left_Of(px)) continue;
+      if (may_nudge && c[j].end) {
         *vertex = true;
         return;
       }
-      k += 1;
-    } else if (e.type == EL_CIRCLE) {
-      const auto& c = e.u.circle;
-      if (Cross_Horiz_Line_Circle(yr, c.xc, c.yc, c.r, &xa, &ya, &xb, &yb) == 0) return;
-      k += (px >= xa ? 1 : 0) + (px >= xb ? 1 : 0);
-    } else if (e.type == EL_ARC) {
-      double xs[2];
-      bool at_end[2];
-      int n = Arc_Crossings(e.u.arc, yr, xs, at_end);
-      if (n >= 1 && xs[0] <= px) {
-        if (may_nudge && at_end[0]) {
-          *vertex = true;
-          return;
-        }
-        k += 1;
-      }
-      if (n == 2 && xs[1] <= px) k += at_end[1] ? Shared_End_Crossing(i, xs[1], yr) : 1;
+      k += c[j].add;
     }
   };
   if (indexed_) {

@@ -30,6 +30,18 @@ class Y_Bands {
   std::vector<uint32_t> members_;  // or every item, in order, when all_
 };
 
+// One crossing of a horizontal line with a contour element, as the
+// containment count takes it.
+struct Ray_Crossing {
+  double x;
+  double add;       // what it adds to the count when it lies left of the point (or at it)
+  bool end;         // an end point that moves the ray, when moving is allowed
+  bool nan_counts;  // counts also when x and the point's x are unordered (segments)
+  // Whether the crossing lies left of px (or at it) by the test of its
+  // element type.
+  bool Left_Of(double px) const { return nan_counts ? !(x > px) : x <= px; }
+};
+
 class Contour_Shape {
  public:
   // Reads the contour's drawing elements. False (after the "Messsage" /
@@ -42,8 +54,12 @@ class Contour_Shape {
   // The union of the elements' boxes (after Index).
   const Box& box() const { return box_; }
   const std::vector<Element_Record>& elements() const { return elements_; }
+  // Appends the crossings of the line at height yr with every element that
+  // may reach it, in the order the count meets them.
+  void Row_Crossings(double yr, std::vector<Ray_Crossing>* out) const;
 
  private:
+  int Element_Crossings(size_t i, double yr, Ray_Crossing out[2]) const;
   double Count(double px, double yr, bool may_nudge, bool* vertex) const;
   double Shared_End_Crossing(size_t i, double x, double yr) const;
 
