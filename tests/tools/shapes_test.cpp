@@ -17,6 +17,15 @@
 namespace tessaline::app {
 namespace {
 
+// The exact area of a drawn outline, through the section it makes.
+double Exact_Area(const Outline& o) {
+  std::string error;
+  auto s = Section_From_Outline(o, "x", &error);
+  surface_geometry g{};
+  if (!s || !Calc_Exact_Surface_Param(&s->surface, &g)) return -1;
+  return g.area;
+}
+
 // Largest relative difference accepted for the section properties (A, I,
 // S, centroid) of a family. The tables' README measured these drawings
 // against the same data: families whose radii or slopes are not published
@@ -60,7 +69,10 @@ TEST(Shapes, EveryTableRowDrawsAndMatchesItsPublishedProperties) {
         s.worst = c.relative;
         s.worst_shape = row.designation;
       }
-      bool section_property = c.property != "J" && c.property != "Cw" && c.property != "Iv";
+      // Plastic moduli, J, Cw and the minor principal moment are reported,
+      // not bounded: their published values follow conventions of their own.
+      bool section_property =
+          c.property != "J" && c.property != "Cw" && c.property != "Iv" && c.property[0] != 'Z';
       if (section_property) {
         EXPECT_LE(std::fabs(c.relative), Section_Tolerance(row.Family()))
             << row.designation << " " << c.property << ": ours " << c.ours << ", published "
@@ -100,7 +112,7 @@ TEST(Shapes, DrawnAreaMatchesTheClosedFormOfEachConvention) {
   std::string error;
   ASSERT_TRUE(Draw_Standard_Shape(*ipe, &o, &error)) << error;
   double expected = 2 * b * tf + (h - 2 * tf) * tw + (4 - std::numbers::pi) * r * r;
-  EXPECT_NEAR(Outline_Moments(o).a, expected, 1e-7 * expected);
+  EXPECT_NEAR(Exact_Area(o), expected, 1e-12 * expected);
 
   // SHS: outer radius 1.5 t and inner t remove (1 - pi/4)(ro^2 - ri^2) per corner.
   const Shape_Row* shs = Find_Shape("SHS100x100x5");
@@ -109,7 +121,7 @@ TEST(Shapes, DrawnAreaMatchesTheClosedFormOfEachConvention) {
   ASSERT_TRUE(Draw_Standard_Shape(*shs, &box, &error)) << error;
   double t = 5, ro = 7.5, ri = 5;
   double box_area = 100 * 100 - 90 * 90 - 4 * (1 - std::numbers::pi / 4) * (ro * ro - ri * ri);
-  EXPECT_NEAR(Outline_Moments(box).a, box_area, 1e-7 * box_area);
+  EXPECT_NEAR(Exact_Area(box), box_area, 1e-12 * box_area);
   (void)t;
 
   // US tables are in inches: W14X90 is 14.0 in deep.
@@ -123,13 +135,18 @@ TEST(Shapes, PlainShapesAndBadDesignations) {
   Outline o;
   std::string error;
   ASSERT_TRUE(Draw_Designation("PL100x50", &o, &error)) << error;
-  auto m = Outline_Moments(o);
-  EXPECT_NEAR(m.a, 5000, 1e-9);
-  EXPECT_NEAR(m.syy - m.sy * m.sy / m.a, 100 * 50.0 * 50 * 50 / 12, 1e-6);  // b t^3 / 12
+  auto plate = Section_From_Outline(o, "PL100x50", &error);
+  ASSERT_TRUE(plate);
+  Section_Result r;
+  ASSERT_TRUE(Analyze_Section(*plate, Analyze_Options{}, &r, &error)) << error;
+  EXPECT_NEAR(r.area, 5000, 1e-9);
+  EXPECT_NEAR(r.ixx, 100 * 50.0 * 50 * 50 / 12, 1e-6);  // b t^3 / 12
+  EXPECT_NEAR(r.zx, 100 * 50.0 * 50 / 4, 1e-6);         // b t^2 / 4
+  EXPECT_NEAR(r.angle, M_PI / 2, 1e-15);                // the major axis is y
 
   Outline tube;
   ASSERT_TRUE(Draw_Designation("tube60x5", &tube, &error)) << error;
-  EXPECT_NEAR(Outline_Moments(tube).a, std::numbers::pi * (30 * 30 - 25 * 25), 1e-5 * 864);
+  EXPECT_NEAR(Exact_Area(tube), std::numbers::pi * (30 * 30 - 25 * 25), 1e-12 * 864);
 
   for (const char* bad : {"PL0x50", "PL-100x50", "RD0", "TUBE60x30", "TUBE60x-5"}) {
     Outline x;

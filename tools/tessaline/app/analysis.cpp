@@ -10,20 +10,21 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// Centroid, central and principal moments from the area sums about the origin.
-void Complete(const Area_Sums& m, Section_Result* r) {
-  r->area = m.a;
-  r->cx = m.sx / m.a;
-  r->cy = m.sy / m.a;
-  r->ixx = m.syy - m.a * r->cy * r->cy;
-  r->iyy = m.sxx - m.a * r->cx * r->cx;
-  r->ixy = m.sxy - m.a * r->cx * r->cy;
+// Centroid, central and principal moments from the exact record; the
+// principal direction is the plastic record's, which is the true one
+// whatever the sign of the product moment.
+void Complete(const surface_geometry& g, const Plastic_Geometry& p, Section_Result* r) {
+  r->area = g.area;
+  r->cx = g.centroid_x;
+  r->cy = g.centroid_y;
+  r->ixx = g.central_moment_x;
+  r->iyy = g.central_moment_y;
+  r->ixy = g.central_product_moment;
   double mean = (r->ixx + r->iyy) / 2;
   double half = std::hypot((r->ixx - r->iyy) / 2, r->ixy);
   r->i1 = mean + half;
   r->i2 = mean - half;
-  // The axis of the larger moment; 0 for a section without preferred axes.
-  r->angle = half > 1e-12 * mean ? 0.5 * std::atan2(-2 * r->ixy, r->ixx - r->iyy) : 0.0;
+  r->angle = p.principal_angle;
   if (r->angle <= -M_PI / 2 + 1e-15) r->angle += M_PI;  // the axis, not its direction
   r->ip = r->ixx + r->iyy;
 }
@@ -60,22 +61,21 @@ bool Analyze_Section(Section& s, const Analyze_Options& options, Section_Result*
   r->xmax = right;
   r->ymin = bottom;
   r->ymax = top;
-  if (!s.has_outline) {
-    *error = "this build integrates only drawn shapes";
+  surface_geometry g{};
+  Plastic_Geometry p{};
+  if (!Calc_Exact_Surface_Param(&s.surface, &g) || !Calc_Plastic_Surface_Param(&s.surface, &p)) {
+    *error = "the section cannot be integrated (an open contour, or no area)";
     return false;
   }
-  Complete(Outline_Moments(s.outline), r);
-  if (!(r->area > 0)) {
-    *error = "the section has no area";
-    return false;
-  }
+  Complete(g, p, r);
+  r->zx = p.x_axis.plastic_modulus;
+  r->zy = p.y_axis.plastic_modulus;
   double size = std::max(r->xmax - r->xmin, r->ymax - r->ymin);
   r->cx = Clean(r->cx, size);
   r->cy = Clean(r->cy, size);
   r->ixy = Clean(r->ixy, r->ip);
   r->angle = Clean(r->angle, 1.0);
   Moduli(r);
-  r->zx = r->zy = kNaN;
   r->j = r->j_lower = r->j_upper = r->cw = r->xs = r->ys = kNaN;
   (void)options;
   return true;

@@ -34,8 +34,7 @@ struct Fillet {
   bool round = false;
 };
 
-bool Make_Fillet(Vec prev, Vec p, Vec next, double r, bool ccw, int sense, Fillet* f,
-                 std::string* error) {
+bool Make_Fillet(Vec prev, Vec p, Vec next, double r, bool ccw, Fillet* f, std::string* error) {
   f->in = p;
   f->out = p;
   if (r == 0) return true;
@@ -63,14 +62,14 @@ bool Make_Fillet(Vec prev, Vec p, Vec next, double r, bool ccw, int sense, Fille
   double a1 = std::atan2(s.y - c.y, s.x - c.x);
   double a2 = std::atan2(e.y - c.y, e.x - c.x);
   while (a2 <= a1) a2 += 2 * kPi;
-  f->arc = {Piece::kArc, s.x, s.y, e.x, e.y, c.x, c.y, r, a1, a2, forward ? sense : -sense};
+  f->arc = {Piece::kArc, s.x, s.y, e.x, e.y, c.x, c.y, r, a1, a2};
   f->round = true;
   return true;
 }
 
 }  // namespace
 
-bool Outline::Add_Polygon(const std::vector<Corner>& corners, std::string* error, bool hole) {
+bool Outline::Add_Polygon(const std::vector<Corner>& corners, std::string* error) {
   size_t n = corners.size();
   if (n < 3) {
     *error = "an outline needs three corners";
@@ -98,12 +97,10 @@ bool Outline::Add_Polygon(const std::vector<Corner>& corners, std::string* error
     return false;
   }
   bool ccw = area2 > 0;
-  int sense = ccw != hole ? 1 : -1;  // of the travel from corner to corner
   std::vector<Fillet> f(n);
   for (size_t i = 0; i < n; ++i) {
     const Corner &a = corners[(i + n - 1) % n], &p = corners[i], &b = corners[(i + 1) % n];
-    if (!Make_Fillet({a.x, a.y}, {p.x, p.y}, {b.x, b.y}, p.r, ccw, sense, &f[i], error))
-      return false;
+    if (!Make_Fillet({a.x, a.y}, {p.x, p.y}, {b.x, b.y}, p.r, ccw, &f[i], error)) return false;
   }
   std::vector<Piece> out;
   for (size_t i = 0; i < n; ++i) {
@@ -117,62 +114,24 @@ bool Outline::Add_Polygon(const std::vector<Corner>& corners, std::string* error
       *error = "fillets that do not fit on their edge";
       return false;
     }
-    if (Len(Sub(e, s)) > tol)
-      out.push_back({Piece::kSegment, s.x, s.y, e.x, e.y, 0, 0, 0, 0, 0, sense});
+    if (Len(Sub(e, s)) > tol) out.push_back({Piece::kSegment, s.x, s.y, e.x, e.y, 0, 0, 0, 0, 0});
   }
   pieces.insert(pieces.end(), out.begin(), out.end());
   return true;
 }
 
-bool Outline::Add_Circle(double xc, double yc, double r, std::string* error, bool hole) {
+bool Outline::Add_Circle(double xc, double yc, double r, std::string* error) {
   if (!(r > 0) || !std::isfinite(r) || !std::isfinite(xc) || !std::isfinite(yc)) {
     *error = "a circle whose radius is not positive";
     return false;
   }
-  pieces.push_back({Piece::kCircle, 0, 0, 0, 0, xc, yc, r, 0, 2 * kPi, hole ? -1 : 1});
+  pieces.push_back({Piece::kCircle, 0, 0, 0, 0, xc, yc, r, 0, 2 * kPi});
   return true;
 }
 
 bool Outline::Add_Rounded_Rect(double x0, double y0, double x1, double y1, double r,
-                               std::string* error, bool hole) {
-  return Add_Polygon({{x0, y0, r}, {x1, y0, r}, {x1, y1, r}, {x0, y1, r}}, error, hole);
-}
-
-namespace {
-
-// Adds the edge p -> q of a boundary travelled with the material on the
-// left: the polygon (shoelace) terms of the area sums.
-void Add_Edge(Vec p, Vec q, double sense, Area_Sums* m) {
-  double c = (p.x * q.y - q.x * p.y) * sense;
-  m->a += c / 2;
-  m->sx += (p.x + q.x) * c / 6;
-  m->sy += (p.y + q.y) * c / 6;
-  m->sxx += (p.x * p.x + p.x * q.x + q.x * q.x) * c / 12;
-  m->syy += (p.y * p.y + p.y * q.y + q.y * q.y) * c / 12;
-  m->sxy += (p.x * q.y + 2 * p.x * p.y + 2 * q.x * q.y + q.x * p.y) * c / 24;
-}
-
-}  // namespace
-
-Area_Sums Outline_Moments(const Outline& outline) {
-  constexpr int kChords = 1024;
-  Area_Sums m{};
-  for (const Piece& p : outline.pieces) {
-    if (p.kind == Piece::kSegment) {
-      Add_Edge({p.x1, p.y1}, {p.x2, p.y2}, p.sense, &m);
-      continue;
-    }
-    Vec prev{p.xc + p.r * std::cos(p.a1), p.yc + p.r * std::sin(p.a1)};
-    if (p.kind == Piece::kArc) prev = {p.x1, p.y1};
-    for (int i = 1; i <= kChords; ++i) {
-      double a = p.a1 + (p.a2 - p.a1) * i / kChords;
-      Vec next{p.xc + p.r * std::cos(a), p.yc + p.r * std::sin(a)};
-      if (i == kChords && p.kind == Piece::kArc) next = {p.x2, p.y2};
-      Add_Edge(prev, next, p.sense, &m);
-      prev = next;
-    }
-  }
-  return m;
+                               std::string* error) {
+  return Add_Polygon({{x0, y0, r}, {x1, y0, r}, {x1, y1, r}, {x0, y1, r}}, error);
 }
 
 int Add_Outline_Elements(const Outline& outline, Objects_Array_Type* array) {

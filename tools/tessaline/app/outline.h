@@ -30,44 +30,28 @@ struct Piece {
   double x1, y1, x2, y2;  // segment and arc ends (arc: counter-clockwise start, end)
   double xc, yc, r;       // arc and circle
   double a1, a2;          // arc angles, a1 < a2 <= a1 + 2 pi
-  // +1 when the material lies on the left going from end 1 to end 2
-  // (counter-clockwise round an arc or circle), -1 when on the right.
-  int sense;
 };
 
-// The pieces of a section, outer outlines and holes. The drawing elements
-// made from them carry no direction: the surface finds outer contours and
-// holes from the drawing as for any drawing a user makes; `sense` serves
-// the boundary integrals of Outline_Moments.
+// The pieces of a section, outer outlines and holes alike: which is which
+// the surface finds from the drawing, as for any drawing a user makes.
 struct Outline {
   std::vector<Piece> pieces;
 
   // Appends the polygon `corners` (either winding) with its fillets. False,
   // with the reason in `error`, when a fillet does not fit on its edges, a
   // radius is negative, an edge has no length or a value is not finite.
-  // `hole` says that the polygon bounds a hole.
-  bool Add_Polygon(const std::vector<Corner>& corners, std::string* error, bool hole = false);
+  bool Add_Polygon(const std::vector<Corner>& corners, std::string* error);
   // Appends a full circle; false for a radius that is not positive.
-  bool Add_Circle(double xc, double yc, double r, std::string* error, bool hole = false);
+  bool Add_Circle(double xc, double yc, double r, std::string* error);
   // Appends the axis-parallel rectangle [x0, x1] x [y0, y1] with the same
   // radius r at all four corners.
-  bool Add_Rounded_Rect(double x0, double y0, double x1, double y1, double r, std::string* error,
-                        bool hole = false);
+  bool Add_Rounded_Rect(double x0, double y0, double x1, double y1, double r, std::string* error);
 };
 
 // Creates one drawing element per piece (Create_Line, Create_Arc with its
 // ends set exactly, Create_Circle) and adds it to `array`. Returns the
 // number added, or -1 when an element could not be created (those added so
 // far stay in the array, which the caller owns).
-// The area sums of the material bounded by the outline about the world
-// origin: A, integral of x, y, x^2, y^2, x y over the area. Segments are
-// exact; arcs and circles are integrated over 1024 chords each, which is
-// within 1e-7 of the exact fillet area.
-struct Area_Sums {
-  double a, sx, sy, sxx, syy, sxy;
-};
-Area_Sums Outline_Moments(const Outline& outline);
-
 int Add_Outline_Elements(const Outline& outline, Objects_Array_Type* array);
 
 }  // namespace tessaline::app

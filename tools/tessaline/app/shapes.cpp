@@ -72,7 +72,7 @@ bool Draw_Box(double h, double b, double t, double ro, double ri, Outline* o, st
     return false;
   }
   return o->Add_Rounded_Rect(-b / 2, -h / 2, b / 2, h / 2, ro, error) &&
-         o->Add_Rounded_Rect(-b / 2 + t, -h / 2 + t, b / 2 - t, h / 2 - t, ri, error, true);
+         o->Add_Rounded_Rect(-b / 2 + t, -h / 2 + t, b / 2 - t, h / 2 - t, ri, error);
 }
 
 bool Draw_Tube(double d, double t, Outline* o, std::string* error) {
@@ -80,7 +80,7 @@ bool Draw_Tube(double d, double t, Outline* o, std::string* error) {
     *error = "dimensions that make no tube (need 0 < 2 t < d)";
     return false;
   }
-  return o->Add_Circle(0, 0, d / 2, error) && o->Add_Circle(0, 0, d / 2 - t, error, true);
+  return o->Add_Circle(0, 0, d / 2, error) && o->Add_Circle(0, 0, d / 2 - t, error);
 }
 
 // Flange thicknesses of a tapered flange: `slope` is the thickening per
