@@ -7,6 +7,8 @@ packages=(
   g++ make cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
+  libeigen3-dev
+  libcgal-dev libgmp-dev libmpfr-dev
 )
 
 missing=()

@@ -6,6 +6,7 @@
 #include "tessaline/export.h"
 #include "tessaline/host.h"
 #include "tessaline/platform/platform.h"
+#include "tessaline/platform/matrix.h"
 #include "tessaline/platform/progress.h"
 
 #include "tessaline/model/create.h"
@@ -33,4 +34,8 @@
 
 #include "tessaline/analysis/exact.h"
 #include "tessaline/analysis/properties.h"
+#include "tessaline/analysis/plane_stress.h"
 #include "tessaline/analysis/split.h"
+#include "tessaline/analysis/torsion.h"
+#include "tessaline/analysis/torsion_warping.h"
+#include "tessaline/analysis/weld.h"

@@ -1,0 +1,189 @@
+// The quadratic-triangle torsion and warping analysis against closed forms.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <numbers>
+
+#include "analysis/torsion_meshes.h"
+#include "support/capture.h"
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+Torsion_Warping_Result Warping(Surface_Type* surface, Mesh_Blocks* m, double gap, int budget,
+                               double Mt = 1.0) {
+  Torsion_Warping_Options o{gap, budget, Mt};
+  Torsion_Warping_Result r{};
+  Calc_Torsion_Warping_On_Split(surface, &m->split, &o, &r);
+  return r;
+}
+
+// The two bounds hold on every mesh, and their gap shrinks at about
+// fourth order (a factor of ten or more per refinement).
+TEST(Torsion_Warping, BoundsContainTheClosedForms) {
+  struct Case {
+    const char* name;
+    double J;
+    double gap;  // requested
+  };
+  auto check = [](const Case& c, Surface_Type* surface, Mesh_Blocks* m) {
+    double previous = 1.0;
+    for (int budget : {1, 4 * m->split.triangle_count, 16 * m->split.triangle_count}) {
+      Mesh_Blocks copy;
+      copy.split = m->split;  // same blocks, not owned
+      Torsion_Warping_Result r = Warping(surface, m, c.gap, budget);
+      copy.split = FE_Split{};
+      EXPECT_NE(r.status, TORSION_WARPING_FAILED) << c.name;
+      EXPECT_LE(r.J_lower, c.J * (1 + 1e-9)) << c.name << " " << r.elements;
+      EXPECT_GE(r.J_upper, c.J * (1 - 1e-9)) << c.name << " " << r.elements;
+      EXPECT_LT(r.relative_gap, previous / 5) << c.name << " " << r.elements;
+      previous = r.relative_gap;
+      if (r.status == TORSION_WARPING_GAP_REACHED) break;
+    }
+  };
+  for (double aspect : {1.0, 2.0, 4.0, 10.0}) {
+    Mesh_Blocks m;
+    Rectangle_Mesh(10 * aspect, 10, static_cast<int>(2 * aspect), 2, &m);
+    check({"rectangle", Rectangle_J(10 * aspect, 10), 1e-5}, nullptr, &m);
+  }
+  {
+    Section disc;
+    disc.Round(10);
+    Mesh_Blocks m;
+    Disc_Mesh(10, 2, &m);
+    check({"circle", kPi / 2 * 1e4, 1e-7}, disc.surface(), &m);
+  }
+  {
+    Section ring;
+    ring.Annulus(10, 5);
+    Mesh_Blocks m;
+    Annulus_Mesh(5, 10, 1, 12, &m);
+    check({"hollow circle", kPi / 2 * (1e4 - 625), 1e-7}, ring.surface(), &m);
+  }
+  {
+    Mesh_Blocks m;
+    Triangle_Mesh(12, 2, &m);
+    check({"triangle", std::sqrt(3.0) * std::pow(12, 4) / 80, 1e-5}, nullptr, &m);
+  }
+}
+
+TEST(Torsion_Warping, RectangleTightensAndReportsItsSection) {
+  Mesh_Blocks m;
+  Rectangle_Mesh(100, 50, 2, 1, &m);
+  const Torsion_Warping_Result r = Warping(nullptr, &m, 1e-4, 100000);
+  const double J = Rectangle_J(100, 50);
+  EXPECT_EQ(r.status, TORSION_WARPING_GAP_REACHED);
+  EXPECT_LE(r.relative_gap, 1e-4);
+  EXPECT_NEAR(r.J, J, 0.5e-4 * J);
+  EXPECT_NEAR(r.area, 5000, 1e-9 * 5000);
+  EXPECT_NEAR(r.centroid_x, 50, 1e-9 * 50);
+  EXPECT_NEAR(r.shear_centre_x, 50, 1e-9 * 50);
+  EXPECT_NEAR(r.shear_centre_y, 25, 1e-9 * 50);
+  EXPECT_NEAR(r.shear_area_x, 5.0 / 6 * 5000, 1e-3 * 5000);
+  EXPECT_NEAR(r.shear_area_y, 5.0 / 6 * 5000, 1e-3 * 5000);
+  // The split now holds the last mesh and one stress pair per triangle.
+  EXPECT_EQ(m.split.triangle_count, r.elements);
+  EXPECT_EQ(GlobalSize(m.split.tau_x), static_cast<SIZE_T>(r.elements) * sizeof(double));
+  // The largest stress of a rectangle, at the middle of its long sides:
+  // Mt / (k2 b t^2) with k2 = 0.246 for an aspect of 2.
+  EXPECT_NEAR(r.max_shear_stress, 1.0 / (0.2459 * 100 * 50 * 50), 2e-3 / (0.2459 * 100 * 50 * 50));
+  // Budget spent: said so, with the bounds of the last mesh.
+  Mesh_Blocks small;
+  Rectangle_Mesh(100, 50, 2, 1, &small);
+  const Torsion_Warping_Result b = Warping(nullptr, &small, 1e-12, 64);
+  EXPECT_EQ(b.status, TORSION_WARPING_BUDGET_SPENT);
+  EXPECT_EQ(b.elements, 64);
+  EXPECT_LT(b.J_lower, J);
+  EXPECT_GT(b.J_upper, J);
+}
+
+// Twice the torque: twice the stresses, the same J.
+TEST(Torsion_Warping, StressesScaleWithTheTorque) {
+  Mesh_Blocks a, b;
+  Rectangle_Mesh(20, 10, 2, 1, &a);
+  Rectangle_Mesh(20, 10, 2, 1, &b);
+  const Torsion_Warping_Result ra = Warping(nullptr, &a, 1e-3, 1000, 5.0);
+  const Torsion_Warping_Result rb = Warping(nullptr, &b, 1e-3, 1000, 10.0);
+  EXPECT_EQ(ra.J, rb.J);
+  EXPECT_DOUBLE_EQ(rb.max_shear_stress, 2 * ra.max_shear_stress);
+  const std::vector<double> ta = a.Doubles(a.split.tau_x), tb = b.Doubles(b.split.tau_x);
+  for (size_t e = 0; e < ta.size(); ++e) EXPECT_DOUBLE_EQ(tb[e], 2 * ta[e]);
+}
+
+// Thin-walled sections against thin-wall theory, within its own error
+// (of the order of the wall's thickness over its length).
+TEST(Torsion_Warping, ThinWalledSections) {
+  const Torsion_Warping_Options o{1e-3, 2500, 1.0};
+  Torsion_Warping_Result r{};
+  {
+    // Channel: web on the left along x = 0 (centre line), flanges to the
+    // right; shear centre at e = 3 b^2 / (6 b + h) left of the web.
+    Mesh_Blocks m;
+    Blocks_Mesh({{-1, -51, 1, 51}, {1, 49, 51, 51}, {1, -51, 51, -49}}, 2, &m);
+    ASSERT_NE(Calc_Torsion_Warping_On_Split(nullptr, &m.split, &o, &r), TORSION_WARPING_FAILED);
+    const double b = 51, h = 100, e = 3 * b * b / (6 * b + h);
+    EXPECT_NEAR(r.shear_centre_x, -e, 0.05 * e);
+    EXPECT_NEAR(r.shear_centre_y, 0, 1e-5 * h);  // the mesh's diagonals are not symmetric
+    const double J = (2 * 52 + 102) * 8.0 / 3;
+    EXPECT_NEAR(r.J, J, 0.1 * J);
+  }
+  {
+    // Angle: the shear centre is where the legs' centre lines meet.
+    Mesh_Blocks m;
+    Blocks_Mesh({{0, 0, 60, 3}, {0, 3, 3, 40}}, 2, &m);
+    ASSERT_NE(Calc_Torsion_Warping_On_Split(nullptr, &m.split, &o, &r), TORSION_WARPING_FAILED);
+    EXPECT_NEAR(r.shear_centre_x, 1.5, 0.3);
+    EXPECT_NEAR(r.shear_centre_y, 1.5, 0.3);
+    const double J = (60 + 40 - 1.5) * 27.0 / 3;
+    EXPECT_NEAR(r.J, J, 0.1 * J);
+  }
+  {
+    // I-section: shear centre at the centroid; Cw = h^2 I_flange / 2 with h
+    // between the flanges' middles.
+    Mesh_Blocks m;
+    Blocks_Mesh({{-50, 90, 50, 100}, {-3, -90, 3, 90}, {-50, -100, 50, -90}}, 2, &m);
+    ASSERT_NE(Calc_Torsion_Warping_On_Split(nullptr, &m.split, &o, &r), TORSION_WARPING_FAILED);
+    EXPECT_NEAR(r.shear_centre_x, 0, 1e-9 * 200);
+    EXPECT_NEAR(r.shear_centre_y, 0, 1e-9 * 200);
+    const double Cw = 190.0 * 190.0 * (10 * 1e6 / 12) / 2;
+    EXPECT_NEAR(r.Cw, Cw, 0.03 * Cw);
+  }
+  {
+    // A closed box: Bredt, 4 Am^2 t / perimeter of the middle line.
+    Mesh_Blocks m;
+    Blocks_Mesh({{0, 0, 100, 4}, {0, 56, 100, 60}, {0, 4, 4, 56}, {96, 4, 100, 56}}, 2, &m);
+    ASSERT_NE(Calc_Torsion_Warping_On_Split(nullptr, &m.split, &o, &r), TORSION_WARPING_FAILED);
+    const double Am = 96.0 * 56.0, J = 4 * Am * Am * 4 / (2 * (96.0 + 56.0));
+    EXPECT_NEAR(r.J, J, 0.03 * J);
+    EXPECT_NEAR(r.shear_centre_x, 50, 1e-6 * 100);
+  }
+}
+
+TEST(Torsion_Warping, InputThatCannotBeReadFails) {
+  Leak_Check leaks;
+  Torsion_Warping_Result r{};
+  r.status = 7;
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, nullptr, nullptr, &r), TORSION_WARPING_FAILED);
+  EXPECT_EQ(r.status, TORSION_WARPING_FAILED);
+  FE_Split empty{};
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &empty, nullptr, &r), TORSION_WARPING_FAILED);
+  Mesh_Blocks m;
+  Rectangle_Mesh(2, 1, 2, 1, &m);
+  m.split.node_count += 1;  // more than the block holds
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &m.split, nullptr, &r), TORSION_WARPING_FAILED);
+  m.split.node_count -= 2;  // a node number beyond the count
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &m.split, nullptr, &r), TORSION_WARPING_FAILED);
+  m.split.node_count += 1;
+  static_cast<FEPOINT*>(GlobalLock(m.split.nodes))[0].x = std::nan("");
+  GlobalUnlock(m.split.nodes);
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &m.split, nullptr, &r), TORSION_WARPING_FAILED);
+  // All corners on one line: no area.
+  Mesh_Blocks flat;
+  flat.Set({{0, 0, 1}, {1, 0, 1}, {2, 0, 1}}, {{{0, 1, 2}}});
+  EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &flat.split, nullptr, &r),
+            TORSION_WARPING_FAILED);
+}
+
+}  // namespace
