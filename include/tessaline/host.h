@@ -37,3 +37,7 @@ TESSALINE_API void SetDisplayMetrics(int horzsize_mm, int vertsize_mm, int horzr
 // has (0, 0) for the other. A null window is ignored.
 TESSALINE_API void SetWindowClientSize(HWND window, int w, int h);
 TESSALINE_API void SetWindowClientOrigin(HWND window, int x, int y);
+
+// The text of string resource `id` that LoadStringA returns (resource 20023
+// is the prefix of the library dialog's caption); null forgets it.
+TESSALINE_API void SetStringResource(UINT id, const char* text);

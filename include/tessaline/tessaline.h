@@ -39,3 +39,8 @@
 #include "tessaline/analysis/torsion.h"
 #include "tessaline/analysis/torsion_warping.h"
 #include "tessaline/analysis/weld.h"
+
+#include "tessaline/library/dibitmap.h"
+#include "tessaline/files/cross_section.h"
+#include "tessaline/library/section.h"
+#include "tessaline/library/library.h"
