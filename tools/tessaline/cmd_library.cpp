@@ -7,6 +7,7 @@
 #include "cli_common.h"
 #include "library_file.h"
 #include "section_files.h"
+#include "shape_tables.h"
 
 namespace tessaline::cli {
 
@@ -26,6 +27,7 @@ struct Library_Args {
   std::string output;
   std::string preview;
   bool replace = false;
+  bool all_shapes = false;
   bool json = false;
 };
 
@@ -89,9 +91,13 @@ int Show(const Library_Args& a) {
 int Add(const Library_Args& a) {
   if (!a.name.empty() && a.sections.size() != 1)
     throw Bad_Input("--name " + a.name + ": give one section with --name");
+  std::vector<std::string> specs = a.sections;
+  if (a.all_shapes)
+    for (const auto& row : app::Shape_Rows()) specs.push_back(row.designation);
+  if (specs.empty()) throw Bad_Input("library add: give sections, or --all-shapes");
   // Every section is read before the library is touched.
   std::vector<std::unique_ptr<app::Section>> sections;
-  for (const auto& spec : a.sections) {
+  for (const auto& spec : specs) {
     sections.push_back(Load_Section(spec));
     if (!a.name.empty()) sections.back()->name = a.name;
   }
@@ -153,8 +159,8 @@ void Add_Library(CLI::App& app, Action* action) {
   show->add_option("--preview", args->preview, "write the stored preview as PNG");
   show->callback(on(Show));
   CLI::App* add = Sub(library, "add", "add sections (geometry files or designations)", args);
-  add->add_option("section", args->sections, "geometry file, library entry or designation")
-      ->required();
+  add->add_option("section", args->sections, "geometry file, library entry or designation");
+  add->add_flag("--all-shapes", args->all_shapes, "add every standard shape of the tables");
   add->add_option("--name", args->name, "name in the library (one section only)");
   add->add_flag("--replace", args->replace, "replace a section of the same name");
   add->callback(on(Add));

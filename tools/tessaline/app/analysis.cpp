@@ -7,6 +7,10 @@
 
 namespace tessaline::app {
 
+double Element_Size(double area, int count) {
+  return std::sqrt(4 * area / (std::sqrt(3.0) * count));
+}
+
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
