@@ -65,15 +65,19 @@ int Run_Analyze(const Analyze_Args& a) {
   options.grid = a.grid;
   options.elements = a.elements;
   options.gap = a.gap;
+  // Every argument is resolved before any solve, so a bad one is reported at once.
+  std::vector<std::unique_ptr<app::Section>> sections;
+  for (const std::string& spec : a.sections) sections.push_back(Load_Section(spec));
   std::vector<app::Section_Result> results;
-  for (const std::string& spec : a.sections) {
-    auto section = Load_Section(spec);
-    Terminal_Progress progress(spec);
+  for (size_t i = 0; i < sections.size(); ++i) {
+    Terminal_Progress progress(a.sections[i]);
     options.progress = &progress;
     app::Section_Result r;
     std::string error;
-    if (!app::Analyze_Section(*section, options, &r, &error)) throw Bad_Input(spec + ": " + error);
+    if (!app::Analyze_Section(*sections[i], options, &r, &error))
+      throw Bad_Input(a.sections[i] + ": " + error);
     results.push_back(std::move(r));
+    sections[i].reset();
   }
   if (a.json) {
     nlohmann::ordered_json out;

@@ -23,6 +23,10 @@ std::vector<Comparison> Compare_With_Published(const Shape_Row& row, const Secti
                  : std::numeric_limits<double>::quiet_NaN()},
       {"x", r.cx - r.xmin},
       {"y", r.cy - r.ymin},
+      // Shear centre: from the centroid (EU channels' ym) and from the back
+      // of the web (US channels' eo), both beyond the web.
+      {"ym", r.cx - r.xs},
+      {"eo", r.xmin - r.xs},
       {"J", r.j},
       {"Cw", r.cw},
   };

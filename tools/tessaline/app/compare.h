@@ -10,7 +10,7 @@
 namespace tessaline::app {
 
 struct Comparison {
-  std::string property;  // A, Ix, Iy, Sx, Sy, Zx, Zy, J, Cw, Iu, Iv, xc, yc
+  std::string property;  // A, Ix, Iy, Sx, Sy, Zx, Zy, J, Cw, Iu, Iv, xc, yc, ym, eo
   double ours;
   double published;
   double relative;  // ours / published - 1; NaN when ours is not known
