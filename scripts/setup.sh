@@ -10,6 +10,7 @@ packages=(
   g++ make cmake pkg-config ccache
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
+  libcli11-dev nlohmann-json3-dev
   libeigen3-dev
 
   clang libclang-rt-14-dev
