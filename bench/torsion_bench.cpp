@@ -2,7 +2,8 @@
 // split at 803, 3 212 and 12 848 elements) on a 100 x 50 rectangle, an
 // IPE 300 with its root fillets and an RHS 200x100x8 with its corner radii;
 // RelaxMethod at the grid cap of the stress evaluation; the quadratic
-// torsion and warping analysis to bound gaps of 1e-6 and 1e-8.
+// torsion and warping analysis to bound gaps of 1e-6 and 1e-8, refined
+// adaptively and (for comparison) uniformly.
 //
 // Dimensions are read from the shape tables (TESSALINE_SHAPES, default
 // /work/shared/data/shapes). Counters: J_err is |J - J_ref| / J_ref with
@@ -23,6 +24,7 @@
 
 #include "../tests/support/sections.h"
 #include "analysis/torsion_grid.h"
+#include "analysis/warping_solve.h"
 
 namespace {
 
@@ -200,9 +202,12 @@ void BM_Relax_At_Cap(benchmark::State& state) {
 BENCHMARK(BM_Relax_At_Cap)->Unit(benchmark::kMillisecond);
 
 // The quadratic analysis of the 100 x 50 rectangle from a 4 x 2 grid of
-// cells, to a bound gap of state.range(0) times 1e-9.
+// cells, to a bound gap of state.range(0) times 1e-9; state.range(1) 0 for
+// the adaptive refinement, 1 for the uniform one.
 void BM_Warping_Rectangle(benchmark::State& state) {
   const double gap = state.range(0) * 1e-9;
+  const auto refinement =
+      state.range(1) ? Warping_Refinement::kUniform : Warping_Refinement::kAdaptive;
   Torsion_Warping_Result r{};
   for (auto _ : state) {
     state.PauseTiming();
@@ -227,7 +232,7 @@ void BM_Warping_Rectangle(benchmark::State& state) {
     split.triangle_count = 16;
     Torsion_Warping_Options o{gap, 2000000, 1.0};
     state.ResumeTiming();
-    Calc_Torsion_Warping_On_Split(nullptr, &split, &o, &r);
+    Torsion_Warping_On_Split(nullptr, &split, &o, &r, refinement);
     state.PauseTiming();
     Free_FE_Split(&split);
     state.ResumeTiming();
@@ -240,20 +245,21 @@ void BM_Warping_Rectangle(benchmark::State& state) {
   state.counters["upper_err"] = (r.J_upper - J) / J;
 }
 BENCHMARK(BM_Warping_Rectangle)
-    ->ArgName("gap_e9")
-    ->Arg(20000)
-    ->Arg(2000)
-    ->Arg(20)
+    ->ArgNames({"gap_e9", "uniform"})
+    ->ArgsProduct({{20000, 2000, 1000, 20}, {0, 1}})
     ->Unit(benchmark::kMillisecond);
 
-// From the surface alone (mesher start) to a bound gap of 1e-6.
+// From the surface alone (mesher start) to a bound gap of 1e-6;
+// state.range(1) 0 for the adaptive refinement, 1 for the uniform one.
 void BM_Warping_Section(benchmark::State& state) {
   const Shape shape = static_cast<Shape>(state.range(0));
+  const auto refinement =
+      state.range(1) ? Warping_Refinement::kUniform : Warping_Refinement::kAdaptive;
   auto s = Make(shape);
   Torsion_Warping_Result r{};
   Torsion_Warping_Options o{1e-6, 400000, 1.0};
   for (auto _ : state) {
-    Calc_Torsion_Warping(s->surface(), &o, &r, nullptr);
+    Torsion_Warping_Of_Surface(s->surface(), &o, &r, nullptr, refinement);
     benchmark::ClobberMemory();
   }
   state.counters["elements"] = r.elements;
@@ -261,11 +267,11 @@ void BM_Warping_Section(benchmark::State& state) {
   state.counters["J_mm4"] = r.J;
   state.counters["Cw"] = r.Cw;
   state.counters["status"] = r.status;
+  state.counters["refinements"] = r.refinements;
 }
 BENCHMARK(BM_Warping_Section)
-    ->ArgName("shape")
-    ->Arg(kIpe)
-    ->Arg(kRhs)
+    ->ArgNames({"shape", "uniform"})
+    ->ArgsProduct({{kIpe, kRhs}, {0, 1}})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 

@@ -11,11 +11,6 @@
 
 namespace {
 
-uint64_t Edge_Key(int32_t a, int32_t b) {
-  if (a > b) std::swap(a, b);
-  return (static_cast<uint64_t>(static_cast<uint32_t>(a)) << 32) | static_cast<uint32_t>(b);
-}
-
 bool Near_Curve(const Warping_Curve& c, double x, double y) {
   if (std::fabs(std::hypot(x - c.xc, y - c.yc) - c.r) > 0.25 * c.r) return false;
   if (c.sweep >= 2 * std::numbers::pi) return true;
@@ -342,4 +337,183 @@ std::vector<P2_Loop> Boundary_Loops(const P2_Mesh& m, std::vector<int32_t>* comp
     if (l >= 0) loops[l].outer = true;
   }
   return loops;
+}
+
+namespace {
+
+// Longest-edge bisection of a 6-node mesh in place. Every edge is known by
+// its corner pair with its middle node and the (at most two) elements on it.
+class Bisector {
+ public:
+  explicit Bisector(P2_Mesh* mesh) : m_(*mesh) {
+    for (int32_t e = 0; e < static_cast<int32_t>(m_.tri.size()); ++e) {
+      const auto& t = m_.tri[e];
+      for (int i = 0; i < 3; ++i) {
+        const uint64_t key = Edge_Key(t[i], t[(i + 1) % 3]);
+        middle_[key] = t[3 + i];
+        Add_Owner(key, e);
+      }
+    }
+    level_.assign(m_.tri.size(), 0);
+    cut_.assign(m_.tri.size(), -1);
+    if (m_.cut.size() == m_.tri.size()) cut_.assign(m_.cut.begin(), m_.cut.end());
+    origin_.resize(m_.tri.size());
+    std::iota(origin_.begin(), origin_.end(), 0);
+  }
+
+  int Level(int32_t e) const { return level_[e]; }
+  // Each element's cut edge into the mesh, for the next refinement.
+  void Keep_Cuts() { m_.cut.assign(cut_.begin(), cut_.end()); }
+  // The element of the starting mesh that e is part of.
+  int32_t Origin(int32_t e) const { return origin_[e]; }
+
+  // Bisects element e across its longest edge; first the neighbour across
+  // that edge as often as it takes for the edge to be the neighbour's
+  // longest too (the chain ends: the longest edge grows along it).
+  void Refine(int32_t e) {
+    std::vector<int32_t> chain{e};
+    while (!chain.empty()) {
+      const int32_t t = chain.back();
+      const int i = Longest(t);
+      const uint64_t key = Edge_Key(m_.tri[t][i], m_.tri[t][(i + 1) % 3]);
+      const int32_t n = Other_Owner(key, t);
+      int j = n >= 0 ? Longest(n) : 0;
+      if (n >= 0 && Edge_Key(m_.tri[n][j], m_.tri[n][(j + 1) % 3]) != key) {
+        if (std::find(chain.begin(), chain.end(), n) == chain.end()) {
+          chain.push_back(n);
+          continue;
+        }
+        // A loop of equally long edges: the neighbour is bisected across
+        // the shared edge instead of its own longest.
+        for (j = 0; Edge_Key(m_.tri[n][j], m_.tri[n][(j + 1) % 3]) != key; ++j) {
+        }
+      }
+      Bisect(t, i);
+      if (n >= 0) Bisect(n, j);
+      chain.pop_back();
+    }
+  }
+
+ private:
+  void Add_Owner(uint64_t key, int32_t e) {
+    auto [it, fresh] = owners_.try_emplace(key, std::array<int32_t, 2>{e, -1});
+    if (!fresh) it->second[1] = e;
+  }
+  void Replace_Owner(uint64_t key, int32_t from, int32_t to) {
+    auto& o = owners_[key];
+    for (int32_t& v : o) {
+      if (v == from) v = to;
+    }
+  }
+  int32_t Other_Owner(uint64_t key, int32_t e) const {
+    const auto& o = owners_.at(key);
+    return o[0] == e ? o[1] : o[0];
+  }
+  // The local index of the longest edge. Of edges equally long (to
+  // rounding) the one not made by the element's own bisection is taken,
+  // then the one of the larger key: a choice that mirror images of an
+  // element make alike, as long as their histories are alike.
+  int Longest(int32_t e) const {
+    const auto& t = m_.tri[e];
+    double l[3];
+    for (int i = 0; i < 3; ++i) {
+      const int32_t a = t[i], b = t[(i + 1) % 3];
+      l[i] = (m_.x[a] - m_.x[b]) * (m_.x[a] - m_.x[b]) + (m_.y[a] - m_.y[b]) * (m_.y[a] - m_.y[b]);
+    }
+    const double longest = std::max({l[0], l[1], l[2]});
+    int best = -1;
+    for (int i = 0; i < 3; ++i) {
+      if (l[i] < longest * (1 - 1e-9)) continue;
+      if (best < 0 || (best == cut_[e] && i != cut_[e]) ||
+          ((i == cut_[e]) == (best == cut_[e]) &&
+           Edge_Key(t[i], t[(i + 1) % 3]) > Edge_Key(t[best], t[(best + 1) % 3]))) {
+        best = i;
+      }
+    }
+    return best;
+  }
+  // The middle node of edge a-b: the existing one, else a new one at
+  // (x, y).
+  int32_t Middle(int32_t a, int32_t b, double x, double y) {
+    auto [it, fresh] = middle_.try_emplace(Edge_Key(a, b), static_cast<int32_t>(m_.x.size()));
+    if (fresh) {
+      m_.x.push_back(x);
+      m_.y.push_back(y);
+    }
+    return it->second;
+  }
+  // Splits element e across its local edge i (corners a, b, middle m,
+  // opposite corner c) into (a, m, c), kept at e, and (m, b, c), appended.
+  void Bisect(int32_t e, int i) {
+    const std::array<int32_t, 6> t = m_.tri[e];
+    const int ia = i, ib = (i + 1) % 3, ic = (i + 2) % 3;
+    const int32_t a = t[ia], b = t[ib], c = t[ic], mid = t[3 + ia];
+    const int32_t mbc = t[3 + ib], mca = t[3 + ic];
+    const double rm[2] = {0.5 * (kRef[ia][0] + kRef[ib][0]), 0.5 * (kRef[ia][1] + kRef[ib][1])};
+    double px[3], py[3];  // a-m, m-b, m-c halves by the parent's map
+    Map_Point(m_, t, 0.5 * (kRef[ia][0] + rm[0]), 0.5 * (kRef[ia][1] + rm[1]), &px[0], &py[0]);
+    Map_Point(m_, t, 0.5 * (kRef[ib][0] + rm[0]), 0.5 * (kRef[ib][1] + rm[1]), &px[1], &py[1]);
+    Map_Point(m_, t, 0.5 * (kRef[ic][0] + rm[0]), 0.5 * (kRef[ic][1] + rm[1]), &px[2], &py[2]);
+    const uint64_t key = Edge_Key(a, b);
+    auto pc = m_.edge_curve.find(key);
+    if (pc != m_.edge_curve.end()) {
+      const int curve = pc->second;
+      m_.edge_curve.erase(pc);
+      m_.edge_curve[Edge_Key(a, mid)] = curve;
+      m_.edge_curve[Edge_Key(mid, b)] = curve;
+      if (curve >= 0) {
+        const Warping_Curve& k = m_.curves[curve];
+        Project(k, &m_.x[mid], &m_.y[mid]);
+        Curved_Middle(k, m_.x[a], m_.y[a], m_.x[mid], m_.y[mid], &px[0], &py[0]);
+        Curved_Middle(k, m_.x[mid], m_.y[mid], m_.x[b], m_.y[b], &px[1], &py[1]);
+      }
+    }
+    const int32_t n_am = Middle(a, mid, px[0], py[0]);
+    const int32_t n_mb = Middle(mid, b, px[1], py[1]);
+    const int32_t n_mc = Middle(mid, c, px[2], py[2]);
+    const int32_t f = static_cast<int32_t>(m_.tri.size());
+    m_.tri[e] = {a, mid, c, n_am, n_mc, mca};
+    m_.tri.push_back({mid, b, c, n_mb, mbc, n_mc});
+    level_[e] += 1;
+    level_.push_back(level_[e]);
+    origin_.push_back(origin_[e]);
+    cut_[e] = 1;        // m-c in (a, m, c)
+    cut_.push_back(2);  // c-m in (m, b, c)
+    auto& o = owners_[key];
+    for (int32_t& v : o) {
+      if (v == e) v = -1;
+    }
+    if (o[0] < 0 && o[1] < 0) owners_.erase(key);
+    Add_Owner(Edge_Key(a, mid), e);
+    Add_Owner(Edge_Key(mid, b), f);
+    Add_Owner(Edge_Key(mid, c), e);
+    Add_Owner(Edge_Key(mid, c), f);
+    Replace_Owner(Edge_Key(b, c), e, f);
+  }
+
+  P2_Mesh& m_;
+  std::unordered_map<uint64_t, int32_t> middle_;
+  std::unordered_map<uint64_t, std::array<int32_t, 2>> owners_;
+  std::vector<int> level_;  // bisections since the start, per element
+  std::vector<int32_t> origin_;
+  std::vector<int> cut_;  // local edge made by the element's bisection, -1 for none
+};
+
+}  // namespace
+
+P2_Mesh Bisect_P2_Mesh(const P2_Mesh& mesh, const std::vector<char>& marked) {
+  P2_Mesh r = mesh;
+  Bisector b(&r);
+  const size_t count = mesh.tri.size();
+  for (int pass = 1; pass <= 2; ++pass) {
+    // The marked elements and (second pass) their halves; one already split
+    // by a neighbour's propagation counts as done for the pass.
+    const int32_t start = static_cast<int32_t>(r.tri.size());
+    for (int32_t e = 0; e < start; ++e) {
+      const auto o = static_cast<size_t>(b.Origin(e));
+      if (o < count && o < marked.size() && marked[o] && b.Level(e) < pass) b.Refine(e);
+    }
+  }
+  b.Keep_Cuts();
+  return r;
 }

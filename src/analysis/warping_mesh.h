@@ -1,14 +1,22 @@
 // Quadratic (6-node) triangle meshes for the torsion and warping analysis:
 // built from a linear split, boundary middles placed on their arcs, refined
-// uniformly, boundary loops found from the mesh itself.
+// uniformly or by bisection of chosen elements, boundary loops found from
+// the mesh itself.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "tessaline/contour/surface.h"
+
+// The key of the edge between two nodes, the same both ways.
+inline uint64_t Edge_Key(int32_t a, int32_t b) {
+  if (a > b) std::swap(a, b);
+  return (static_cast<uint64_t>(static_cast<uint32_t>(a)) << 32) | static_cast<uint32_t>(b);
+}
 
 // A circle or an arc of the surface (sweep 2 pi for a circle), on which
 // boundary nodes are placed.
@@ -24,6 +32,9 @@ struct P2_Mesh {
   // Curve of each boundary edge, keyed by its corner pair; -1 for a straight edge.
   std::unordered_map<uint64_t, int> edge_curve;
   std::vector<Warping_Curve> curves;
+  // Per element, the local edge (0 to 2) its last bisection made, -1 for
+  // none; empty when no element comes from a bisection.
+  std::vector<int8_t> cut;
 };
 
 // Boundary loops: the nodes of each closed chain of boundary edges, the
@@ -48,6 +59,13 @@ P2_Mesh Build_P2_Mesh(const std::vector<double>& x, const std::vector<double>& y
 // Every element split in four; new nodes from the parent's quadratic map,
 // boundary ones moved onto their curve.
 P2_Mesh Refine_P2_Mesh(const P2_Mesh& mesh);
+
+// Every marked element (one flag per element) bisected twice across its
+// longest edge, and as many neighbours bisected as keep the mesh
+// conforming (longest-edge propagation). New nodes come from the parent's
+// quadratic map; a bisected boundary edge's middle goes onto its curve and
+// its halves keep the curve.
+P2_Mesh Bisect_P2_Mesh(const P2_Mesh& mesh, const std::vector<char>& marked);
 
 // The boundary loops and, per node, its component (a connected part of the
 // mesh).

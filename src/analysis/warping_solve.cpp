@@ -57,8 +57,10 @@ constexpr int kSample_Base = 7;  // Shape_At(kSample_Base + i): sampling point i
 struct Mapped {
   double x = 0, y = 0, det = 0, dx[6], dy[6], n[6];
   Mapped(const std::vector<double>& X, const std::vector<double>& Y,
-         const std::array<int32_t, 6>& t, int k) {
-    const Shape& s = Shape_At(k);
+         const std::array<int32_t, 6>& t, int k)
+      : Mapped(X, Y, t, Shape_At(k)) {}
+  Mapped(const std::vector<double>& X, const std::vector<double>& Y,
+         const std::array<int32_t, 6>& t, const Shape& s) {
     double xx = 0, xe = 0, yx = 0, ye = 0;
     for (int i = 0; i < 6; ++i) {
       const double px = X[t[i]], py = Y[t[i]];
@@ -78,6 +80,12 @@ struct Mapped {
     }
   }
 };
+
+// Reference end points of the three edges, and the 3-point Gauss rule on
+// [0, 1] (point, weight).
+constexpr double kEdge_Ends[3][2][2] = {{{0, 0}, {1, 0}}, {{1, 0}, {0, 1}}, {{0, 1}, {0, 0}}};
+constexpr double kGauss3[3][2] = {
+    {0.5 - 0.38729833462074170, 5.0 / 18}, {0.5, 8.0 / 18}, {0.5 + 0.38729833462074170, 5.0 / 18}};
 
 using Sparse = Eigen::SparseMatrix<double>;
 using Triplets = std::vector<Eigen::Triplet<double>>;
@@ -171,6 +179,7 @@ Warping_Solution Solve_Warping(const P2_Mesh& m) {
   }
   const Eigen::MatrixXd sol = ldlt.solve(rhs);
   const Eigen::VectorXd omega = sol.col(0);
+  out.omega.assign(omega.data(), omega.data() + n);
   out.J_upper = Sxx + Syy - F.dot(omega);
   out.shear_area_x = 1.0 / sol.col(1).dot(rhs.col(1));
   out.shear_area_y = 1.0 / sol.col(2).dot(rhs.col(2));
@@ -240,6 +249,63 @@ Warping_Solution Solve_Warping(const P2_Mesh& m) {
   }
   out.ok = true;
   return out;
+}
+
+std::vector<double> Warping_Indicator(const P2_Mesh& m, const Warping_Solution& s,
+                                      double* boundary) {
+  *boundary = 0.0;
+  std::vector<double> X(m.x), Y(m.y);
+  for (size_t i = 0; i < X.size(); ++i) {
+    X[i] -= s.cx;
+    Y[i] -= s.cy;
+  }
+  std::vector<double> eta(m.tri.size(), 0.0);
+  if (s.omega.size() != X.size() || s.phi.size() != X.size()) return eta;
+  for (size_t e = 0; e < m.tri.size(); ++e) {
+    const auto& t = m.tri[e];
+    for (int qp = 0; qp < 7; ++qp) {
+      const Mapped p(X, Y, t, qp);
+      double wx = -p.y, wy = p.x, fx = 0, fy = 0;
+      for (int i = 0; i < 6; ++i) {
+        wx += p.dx[i] * s.omega[t[i]];
+        wy += p.dy[i] * s.omega[t[i]];
+        fx += p.dx[i] * s.phi[t[i]];
+        fy += p.dy[i] * s.phi[t[i]];
+      }
+      const double dx = wx - fy, dy = wy + fx;
+      eta[e] += kQuad[qp].w * p.det * (dx * dx + dy * dy);
+    }
+    for (int i = 0; i < 3; ++i) {
+      auto pc = m.edge_curve.find(Edge_Key(t[i], t[(i + 1) % 3]));
+      if (pc == m.edge_curve.end() || pc->second < 0) continue;
+      const Warping_Curve& c = m.curves[static_cast<size_t>(pc->second)];
+      // First order of the change of J when the edge moves out onto the
+      // arc: the integral along it of |grad phi|^2 times the normal
+      // distance (3-point Gauss rule).
+      const double* ra = kEdge_Ends[i][0];
+      const double* rb = kEdge_Ends[i][1];
+      double change = 0.0;
+      for (int g = 0; g < 3; ++g) {
+        const double u = kGauss3[g][0];
+        const Mapped p(X, Y, t, Shape(ra[0] + u * (rb[0] - ra[0]), ra[1] + u * (rb[1] - ra[1])));
+        // Tangent along the edge: the map's derivative along rb - ra.
+        const Shape sh(ra[0] + u * (rb[0] - ra[0]), ra[1] + u * (rb[1] - ra[1]));
+        double tx = 0, ty = 0, fx = 0, fy = 0;
+        for (int j = 0; j < 6; ++j) {
+          const double dn = sh.dxi[j] * (rb[0] - ra[0]) + sh.deta[j] * (rb[1] - ra[1]);
+          tx += dn * m.x[t[j]];
+          ty += dn * m.y[t[j]];
+          fx += p.dx[j] * s.phi[t[j]];
+          fy += p.dy[j] * s.phi[t[j]];
+        }
+        const double dist = c.r - std::hypot(p.x + s.cx - c.xc, p.y + s.cy - c.yc);
+        change += kGauss3[g][1] * std::hypot(tx, ty) * (fx * fx + fy * fy) * dist;
+      }
+      eta[e] += std::fabs(change);
+      *boundary += std::fabs(change);
+    }
+  }
+  return eta;
 }
 
 void Warping_Stresses(const P2_Mesh& m, double Mt, Warping_Solution* out) {

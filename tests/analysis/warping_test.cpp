@@ -1,11 +1,14 @@
 // The quadratic-triangle torsion and warping analysis against closed forms.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <numbers>
+#include <unordered_map>
 
 #include "analysis/torsion_meshes.h"
+#include "analysis/warping_solve.h"
 #include "support/capture.h"
 
 namespace {
@@ -36,8 +39,11 @@ TEST(Torsion_Warping, BoundsContainTheClosedForms) {
       Torsion_Warping_Result r = Warping(surface, m, c.gap, budget);
       copy.split = FE_Split{};
       EXPECT_NE(r.status, TORSION_WARPING_FAILED) << c.name;
-      EXPECT_LE(r.J_lower, c.J * (1 + 1e-9)) << c.name << " " << r.elements;
-      EXPECT_GE(r.J_upper, c.J * (1 - 1e-9)) << c.name << " " << r.elements;
+      // The bounds are those of the meshed region, whose curved edges are
+      // parabolas: they may miss the section's J by far less than their gap.
+      const double slack = std::max(1e-9, 1e-3 * r.relative_gap) * c.J;
+      EXPECT_LE(r.J_lower, c.J + slack) << c.name << " " << r.elements;
+      EXPECT_GE(r.J_upper, c.J - slack) << c.name << " " << r.elements;
       EXPECT_LT(r.relative_gap, previous / 5) << c.name << " " << r.elements;
       previous = r.relative_gap;
       if (r.status == TORSION_WARPING_GAP_REACHED) break;
@@ -87,14 +93,20 @@ TEST(Torsion_Warping, RectangleTightensAndReportsItsSection) {
   EXPECT_EQ(m.split.triangle_count, r.elements);
   EXPECT_EQ(GlobalSize(m.split.tau_x), static_cast<SIZE_T>(r.elements) * sizeof(double));
   // The largest stress of a rectangle, at the middle of its long sides:
-  // Mt / (k2 b t^2) with k2 = 0.246 for an aspect of 2.
-  EXPECT_NEAR(r.max_shear_stress, 1.0 / (0.2459 * 100 * 50 * 50), 2e-3 / (0.2459 * 100 * 50 * 50));
+  // Mt / (k2 b t^2) with k2 = 0.246 for an aspect of 2. Sampled at the
+  // nodes, it needs a tighter gap than J: the refinement leaves elements
+  // coarse where the energy of the error is small.
+  Mesh_Blocks fine;
+  Rectangle_Mesh(100, 50, 2, 1, &fine);
+  EXPECT_NEAR(Warping(nullptr, &fine, 1e-6, 100000).max_shear_stress,
+              1.0 / (0.2459 * 100 * 50 * 50), 2e-3 / (0.2459 * 100 * 50 * 50));
   // Budget spent: said so, with the bounds of the last mesh.
   Mesh_Blocks small;
   Rectangle_Mesh(100, 50, 2, 1, &small);
   const Torsion_Warping_Result b = Warping(nullptr, &small, 1e-12, 64);
   EXPECT_EQ(b.status, TORSION_WARPING_BUDGET_SPENT);
-  EXPECT_EQ(b.elements, 64);
+  EXPECT_LE(b.elements, 64);
+  EXPECT_GT(b.elements, 16);
   EXPECT_LT(b.J_lower, J);
   EXPECT_GT(b.J_upper, J);
 }
@@ -159,6 +171,94 @@ TEST(Torsion_Warping, ThinWalledSections) {
     EXPECT_NEAR(r.J, J, 0.03 * J);
     EXPECT_NEAR(r.shear_centre_x, 50, 1e-6 * 100);
   }
+}
+
+// The adaptive refinement: the indicator sums to the gap, the refined mesh
+// is conforming with its new boundary nodes flagged, a re-entrant corner
+// draws the elements, and fewer of them reach the gap than uniformly.
+TEST(Torsion_Warping, RefinesWhereTheFieldsDisagree) {
+  // An L of two 40 x 20 legs: its re-entrant corner at (20, 20).
+  auto l_mesh = [](Mesh_Blocks* m) { Blocks_Mesh({{0, 0, 40, 20}, {0, 20, 20, 40}}, 2, m); };
+  Mesh_Blocks m;
+  l_mesh(&m);
+  {
+    std::vector<double> x, y;
+    std::vector<std::array<int32_t, 3>> tri;
+    const auto* p = static_cast<const FEPOINT*>(GlobalLock(m.split.nodes));
+    const auto* t = static_cast<const FE3Ang*>(GlobalLock(m.split.triangles));
+    for (int i = 0; i < m.split.node_count; ++i) {
+      x.push_back(p[i].x);
+      y.push_back(p[i].y);
+    }
+    for (int e = 0; e < m.split.triangle_count; ++e)
+      tri.push_back({t[e].n[0], t[e].n[1], t[e].n[2]});
+    GlobalUnlock(m.split.nodes);
+    GlobalUnlock(m.split.triangles);
+    P2_Mesh mesh = Build_P2_Mesh(x, y, tri, {});
+    for (int step = 0; step < 3; ++step) {
+      const Warping_Solution s = Solve_Warping(mesh);
+      ASSERT_TRUE(s.ok);
+      double boundary = -1, sum = 0;
+      const std::vector<double> eta = Warping_Indicator(mesh, s, &boundary);
+      for (double v : eta) sum += v;
+      EXPECT_NEAR(sum, s.J_upper - s.J_lower, 1e-9 * s.J_upper);
+      EXPECT_EQ(boundary, 0.0);  // no curved edges
+      // Mark only the element of the largest share: the propagation must
+      // still leave every edge with one element (boundary) or two.
+      std::vector<char> marked(eta.size(), 0);
+      marked[std::max_element(eta.begin(), eta.end()) - eta.begin()] = 1;
+      const P2_Mesh finer = Bisect_P2_Mesh(mesh, marked);
+      EXPECT_GE(finer.tri.size(), mesh.tri.size() + 3);
+      std::unordered_map<uint64_t, int> uses;
+      for (const auto& e : finer.tri) {
+        for (int i = 0; i < 3; ++i) ++uses[Edge_Key(e[i], e[(i + 1) % 3])];
+      }
+      double area = 0;
+      for (const auto& e : finer.tri) {
+        area += 0.5 * ((finer.x[e[1]] - finer.x[e[0]]) * (finer.y[e[2]] - finer.y[e[0]]) -
+                       (finer.x[e[2]] - finer.x[e[0]]) * (finer.y[e[1]] - finer.y[e[0]]));
+      }
+      EXPECT_NEAR(area, 1200, 1e-9 * 1200);  // counter-clockwise, no overlap
+      for (const auto& [key, n] : uses) EXPECT_LE(n, 2);
+      mesh = finer;
+    }
+  }
+  const Torsion_Warping_Options o{1e-3, 100000, 1.0};
+  Torsion_Warping_Result adaptive{}, uniform{};
+  ASSERT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &m.split, &o, &adaptive),
+            TORSION_WARPING_GAP_REACHED);
+  Mesh_Blocks u;
+  l_mesh(&u);
+  ASSERT_EQ(Torsion_Warping_On_Split(nullptr, &u.split, &o, &uniform, Warping_Refinement::kUniform),
+            TORSION_WARPING_GAP_REACHED);
+  EXPECT_LT(3 * adaptive.elements, uniform.elements);
+  EXPECT_NEAR(adaptive.J, uniform.J, 1e-3 * uniform.J);
+  // Every node on a boundary edge of the last mesh is flagged 1 (no holes),
+  // every other node 0; the smallest elements sit at the re-entrant corner.
+  const auto* p = static_cast<const FEPOINT*>(GlobalLock(m.split.nodes));
+  const auto* t = static_cast<const FE3Ang*>(GlobalLock(m.split.triangles));
+  std::unordered_map<uint64_t, int> uses;
+  for (int e = 0; e < m.split.triangle_count; ++e) {
+    for (int i = 0; i < 3; ++i) ++uses[Edge_Key(t[e].n[i], t[e].n[(i + 1) % 3])];
+  }
+  std::vector<int> on_boundary(static_cast<size_t>(m.split.node_count), 0);
+  for (const auto& [key, n] : uses) {
+    if (n == 1) on_boundary[key >> 32] = on_boundary[key & 0xffffffffu] = 1;
+  }
+  for (int i = 0; i < m.split.node_count; ++i) EXPECT_EQ(p[i].flag, on_boundary[i]) << i;
+  double smallest = 1e300, x_small = 0, y_small = 0;
+  for (int e = 0; e < m.split.triangle_count; ++e) {
+    const FEPOINT &a = p[t[e].n[0]], &b = p[t[e].n[1]], &c = p[t[e].n[2]];
+    const double area = std::fabs((b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y));
+    if (area < smallest) {
+      smallest = area;
+      x_small = (a.x + b.x + c.x) / 3;
+      y_small = (a.y + b.y + c.y) / 3;
+    }
+  }
+  GlobalUnlock(m.split.nodes);
+  GlobalUnlock(m.split.triangles);
+  EXPECT_LT(std::hypot(x_small - 20, y_small - 20), 1.0);
 }
 
 // From the surface alone: the mesher's start, its boundary nodes (some on

@@ -44,7 +44,7 @@ struct Torsion_Warping_Result {
   int32_t status;                 // one of the values above
   int32_t elements;               // 6-node triangles of the last mesh
   int32_t nodes;                  // nodes of the last mesh (corners and edge middles)
-  int32_t refinements;            // uniform refinements done (each splits every element in four)
+  int32_t refinements;            // refinements done (each a solve on a finer mesh)
   double J_upper, J_lower;        // bounds of the torsion constant, mm^4
   double J;                       // their mean: within relative_gap / 2 of both
   double relative_gap;            // (J_upper - J_lower) / J_upper
@@ -70,6 +70,11 @@ struct Torsion_Warping_Result {
 
 // Refines the linear-triangle split of the surface until the bounds of J
 // meet the relative gap or the element budget is spent, and says which.
+// The refinement is adaptive: the squared difference between the stresses
+// of the two fields, element by element, sums to the gap (hypercircle), and
+// the elements holding most of it are bisected (longest edge first, the
+// mesh kept conforming); near re-entrant corners and fillets the mesh ends
+// much finer than elsewhere.
 // The split gives the starting mesh (its nodes and triangles; flags are not
 // needed: outer boundaries and holes are found from the mesh itself); the
 // surface (may be null) gives the arcs and circles on which boundary nodes
