@@ -9,6 +9,9 @@ packages=(
   libpng-dev
   libeigen3-dev
   libcgal-dev libgmp-dev libmpfr-dev
+  libdxflib-dev python3-ezdxf
+  pybind11-dev python3-pybind11 python3-dev python3-numpy python3-pytest
+  python3-dask python3-distributed
 )
 
 missing=()
