@@ -7,6 +7,7 @@ packages=(
   g++ make cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev
+  libcli11-dev nlohmann-json3-dev
   libeigen3-dev
   libcgal-dev libgmp-dev libmpfr-dev
   libdxflib-dev python3-ezdxf

@@ -1,5 +1,7 @@
 // tessaline draw <section> -o out.png: a picture of the section.
+#include <cstdio>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 #include "analysis.h"
 #include "cli_common.h"
@@ -15,6 +17,7 @@ struct Draw_Args {
   std::string stress;
   std::string size = "800x600";
   bool mesh = false;
+  bool json = false;
   int elements = 2000;
 };
 
@@ -34,7 +37,14 @@ int Run_Draw(const Draw_Args& a) {
     throw Bad_Input(a.section + ": " + error);
   if (!app::Write_Section_Picture(*section, r, o, a.output, &error))
     throw Bad_Input(a.output + ": " + error);
-  std::cout << "picture written to " << a.output << "\n";
+  if (a.json) {
+    nlohmann::ordered_json j;
+    j["section"] = r.name;
+    j["picture"] = a.output;
+    std::cout << j.dump(2) << "\n";
+  } else {
+    std::cout << "picture written to " << a.output << "\n";
+  }
   return 0;
 }
 
@@ -55,6 +65,7 @@ void Add_Draw(CLI::App& app, Action* action) {
   cmd->add_option("--elements", args->elements, "elements of the split for --mesh and --stress")
       ->check(CLI::Range(10, 200000));
   cmd->add_option("--size", args->size, "picture size in pixels, WIDTHxHEIGHT (800x600)");
+  cmd->add_flag("--json", args->json, "machine-readable output");
   cmd->callback([args, action] { *action = [args] { return Run_Draw(*args); }; });
 }
 

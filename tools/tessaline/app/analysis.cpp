@@ -2,9 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace tessaline::app {
+
+double Element_Size(double area, int count) {
+  return std::sqrt(4 * area / (std::sqrt(3.0) * count));
+}
 
 namespace {
 
@@ -39,6 +44,85 @@ void Moduli(Section_Result* r) {
   r->wx_bottom = r->ixx / (r->cy - r->ymin);
   r->wy_left = r->iyy / (r->cx - r->xmin);
   r->wy_right = r->iyy / (r->xmax - r->cx);
+}
+
+// RAII for a split's blocks.
+struct Split_Owner {
+  FE_Split split{};
+  ~Split_Owner() { Free_FE_Split(&split); }
+};
+
+// The element size of a starting mesh of about `count` triangles.
+double Element_Size(double area, int count) {
+  return std::sqrt(4 * area / (std::sqrt(3.0) * count));
+}
+
+// The high-order torsion and warping: a coarse mesher split refined until
+// the bounds on J meet the gap or the budget is spent.
+bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
+                        std::string* error) {
+  Split_Owner m;
+  if (o.progress) o.progress->SetPos(5);
+  if (!Split_Surface_By_Mesher(&s.surface, &m.split, &m.split.node_count, &m.split.triangles,
+                               &m.split.triangle_count, nullptr, Element_Size(r->area, 200)) ||
+      m.split.triangle_count <= 0) {
+    *error = "the section could not be split into elements";
+    return false;
+  }
+  if (o.progress) o.progress->SetPos(30);
+  Torsion_Warping_Options options{o.gap, 0, 1.0};
+  Torsion_Warping_Result t{};
+  if (Calc_Torsion_Warping_On_Split(&s.surface, &m.split, &options, &t) == TORSION_WARPING_FAILED) {
+    *error = "the torsion analysis failed";
+    return false;
+  }
+  if (o.progress) o.progress->SetPos(100);
+  r->j = t.J;
+  r->j_lower = t.J_lower;
+  r->j_upper = t.J_upper;
+  r->cw = t.Cw;
+  r->xs = t.shear_centre_x;
+  r->ys = t.shear_centre_y;
+  char note[160];
+  std::snprintf(note, sizeof note, "%s: relative gap %.2g, %d quadratic elements",
+                t.status == TORSION_WARPING_GAP_REACHED ? "gap reached" : "element budget spent",
+                t.relative_gap, t.elements);
+  r->torsion_note = note;
+  return true;
+}
+
+// The seed path: the stress function on linear triangles of the mesher or
+// the grid split, J only (no bounds, no warping).
+bool Seed_Torsion(Section& s, const Analyze_Options& o, Section_Result* r, std::string* error) {
+  Split_Owner m;
+  double h = Element_Size(r->area, o.elements);
+  int done = 0;
+  if (o.grid) {
+    double hg = std::sqrt(r->area / (o.elements / 2.0));  // two triangles a cell
+    done = Split_Surface_By_Grid(&s.surface, &m.split.nodes, &m.split.node_count, hg, hg,
+                                 o.progress, &m.split.triangle_count, &m.split.triangles) >= 0;
+  } else {
+    done = Split_Surface_By_Mesher(&s.surface, &m.split, &m.split.node_count, &m.split.triangles,
+                                   &m.split.triangle_count, nullptr, h);
+  }
+  if (!done || m.split.triangle_count <= 0) {
+    *error = "the section could not be split into elements";
+    return false;
+  }
+  constexpr double kE = 210000, kNu = 0.3;
+  double g = kE / (2 * (1 + kNu));
+  int band = Get_FE_Bandwidth(m.split.triangles, m.split.triangle_count);
+  double step = std::sqrt((r->xmax - r->xmin) * (r->ymax - r->ymin) / kRelax_Max_Cells);
+  double j =
+      Solve_Torsion_FE_Moment(m.split.node_count, m.split.triangles, m.split.triangle_count,
+                              m.split.nodes, band, &s.surface, o.progress, kE, kNu, 1 / g, step);
+  if (!(j > 0)) {
+    *error = "the torsion solve failed";
+    return false;
+  }
+  r->j = j;
+  r->torsion_note = "seed path: " + std::to_string(m.split.triangle_count) + " linear triangles";
+  return true;
 }
 
 nlohmann::ordered_json Number(double v) {
@@ -77,8 +161,9 @@ bool Analyze_Section(Section& s, const Analyze_Options& options, Section_Result*
   r->angle = Clean(r->angle, 1.0);
   Moduli(r);
   r->j = r->j_lower = r->j_upper = r->cw = r->xs = r->ys = kNaN;
-  (void)options;
-  return true;
+  if (!options.torsion) return true;
+  if (options.seed) return Seed_Torsion(s, options, r, error);
+  return High_Order_Torsion(s, options, r, error);
 }
 
 nlohmann::ordered_json Result_Json(const Section_Result& r) {

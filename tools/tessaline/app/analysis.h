@@ -37,6 +37,9 @@ struct Section_Result {
   std::string torsion_note;  // how the torsion ended (gap reached, budget spent)
 };
 
+// The mesher's element size for about `count` equilateral triangles over `area`.
+double Element_Size(double area, int count);
+
 // Computes the results of `section`. False with the reason in `error` when
 // the section cannot be integrated.
 bool Analyze_Section(Section& section, const Analyze_Options& options, Section_Result* result,

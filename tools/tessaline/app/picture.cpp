@@ -122,7 +122,7 @@ void Dimension(HDC dc, bool horizontal, int a, int b, int at, double length, COL
 
 void Centroid_And_Axes(HDC dc, const Mapping& m, const Section_Result& r) {
   int cx = m.X(r.cx), cy = m.Y(r.cy);
-  double reach = 0.6 * std::hypot(r.xmax - r.xmin, r.ymax - r.ymin) * m.scale;
+  double reach = 0.5 * std::hypot(r.xmax - r.xmin, r.ymax - r.ymin) * m.scale + 10;
   HPEN axis = CreatePen(PS_DASHDOT, 1, RGB(200, 30, 30));
   HGDIOBJ old = SelectObject(dc, axis);
   for (double a : {r.angle, r.angle + M_PI / 2}) {
@@ -140,6 +140,100 @@ void Centroid_And_Axes(HDC dc, const Mapping& m, const Section_Result& r) {
   SelectObject(dc, old);
   DeleteObject(axis);
   DeleteObject(mark);
+}
+
+// Owns a split's blocks.
+struct Split_Blocks {
+  FE_Split split{};
+  ~Split_Blocks() { Free_FE_Split(&split); }
+};
+
+// The mesher split of the section at about `elements` triangles; with
+// `torsion` the mesh the torsion analysis refines to a 1e-3 gap, its
+// per-triangle stresses in tau_x and tau_y.
+bool Make_Split(Section& s, double area, int elements, bool torsion, Split_Blocks* m,
+                std::string* error) {
+  int start = torsion ? std::max(50, elements / 4) : elements;
+  if (!Split_Surface_By_Mesher(&s.surface, &m->split, &m->split.node_count, &m->split.triangles,
+                               &m->split.triangle_count, nullptr, Element_Size(area, start)) ||
+      m->split.triangle_count <= 0) {
+    *error = "the section could not be split into elements";
+    return false;
+  }
+  if (!torsion) return true;
+  Torsion_Warping_Options options{1e-3, 4 * elements, 1.0};
+  Torsion_Warping_Result t{};
+  if (Calc_Torsion_Warping_On_Split(&s.surface, &m->split, &options, &t) ==
+      TORSION_WARPING_FAILED) {
+    *error = "the torsion analysis failed";
+    return false;
+  }
+  return true;
+}
+
+// The triangles of the split: outlined, or filled by the size of their
+// torsion shear stress on a blue-to-red scale with its legend.
+void Draw_Split(HDC dc, const Mapping& m, const FE_Split& split, bool stress, int width) {
+  const FEPOINT* nodes = static_cast<const FEPOINT*>(GlobalLock(split.nodes));
+  const FE3Ang* tri = static_cast<const FE3Ang*>(GlobalLock(split.triangles));
+  const double* tx = stress ? static_cast<const double*>(GlobalLock(split.tau_x)) : nullptr;
+  const double* ty = stress ? static_cast<const double*>(GlobalLock(split.tau_y)) : nullptr;
+  int n = split.triangle_count, nn = split.node_count;
+  if (nodes && tri && (!stress || (tx && ty))) {
+    constexpr int kShades = 64;
+    HBRUSH shades[kShades];
+    double lo = 0, hi = 0;
+    if (stress) {
+      for (int i = 0; i < n; ++i) hi = std::max(hi, std::hypot(tx[i], ty[i]));
+      for (int k = 0; k < kShades; ++k) {
+        double r = 0, g = 0, b = 0;
+        HSVtoRGB(300 - 240.0 * k / (kShades - 1), 1, 1, &r, &g, &b);
+        shades[k] = CreateSolidBrush(
+            RGB(static_cast<int>(255 * r), static_cast<int>(255 * g), static_cast<int>(255 * b)));
+      }
+    }
+    HPEN pen = CreatePen(PS_SOLID, 1, RGB(60, 60, 90));
+    HGDIOBJ old_pen = SelectObject(dc, stress ? GetStockObject(NULL_PEN) : pen);
+    HGDIOBJ old_brush = SelectObject(dc, GetStockObject(NULL_BRUSH));
+    for (int i = 0; i < n; ++i) {
+      POINT p[3];
+      bool ok = true;
+      for (int c = 0; c < 3; ++c) {
+        int k = tri[i].n[c];
+        ok = ok && k >= 0 && k < nn;
+        if (ok) p[c] = {m.X(nodes[k].x), m.Y(nodes[k].y)};
+      }
+      if (!ok) continue;
+      if (stress) {
+        double t = hi > lo ? (std::hypot(tx[i], ty[i]) - lo) / (hi - lo) : 0;
+        SelectObject(dc,
+                     shades[std::clamp(static_cast<int>(t * (kShades - 1) + 0.5), 0, kShades - 1)]);
+      }
+      Polygon(dc, p, 3);
+    }
+    SelectObject(dc, old_brush);
+    SelectObject(dc, old_pen);
+    DeleteObject(pen);
+    if (stress) {
+      // Legend: the scale from the largest stress at the top to zero below.
+      int x = width - 100, top = 30, bottom = m.height - 80;
+      for (int y = top; y <= bottom; ++y) {
+        double t = static_cast<double>(bottom - y) / (bottom - top);
+        RECT band{x, y, x + 24, y + 1};
+        FillRect(dc, &band,
+                 shades[std::clamp(static_cast<int>(t * (kShades - 1) + 0.5), 0, kShades - 1)]);
+      }
+      char label[32];
+      std::snprintf(label, sizeof label, "%.3g", hi);
+      Draw_Text(dc, x - 10, top - 20, label, RGB(40, 40, 40));
+      Draw_Text(dc, x, bottom + 8, "0", RGB(40, 40, 40));
+      for (HBRUSH b : shades) DeleteObject(b);
+    }
+  }
+  if (nodes) GlobalUnlock(split.nodes);
+  if (tri) GlobalUnlock(split.triangles);
+  if (tx) GlobalUnlock(split.tau_x);
+  if (ty) GlobalUnlock(split.tau_y);
 }
 
 }  // namespace
@@ -179,6 +273,11 @@ bool Write_Section_Picture(Section& s, const Section_Result& r, const Picture_Op
   if (!Draw_Surface(&s.surface, dc, &cs, RGB(150, 185, 225), RGB(20, 40, 90))) {
     *error = "the section could not be drawn";
     return false;
+  }
+  if (o.mesh || o.torsion_stress) {
+    Split_Blocks split;
+    if (!Make_Split(s, r.area, o.elements, o.torsion_stress, &split, error)) return false;
+    Draw_Split(dc, m, split.split, o.torsion_stress, o.width);
   }
   Centroid_And_Axes(dc, m, r);
   COLORREF ink = RGB(40, 40, 40);

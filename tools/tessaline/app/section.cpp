@@ -11,8 +11,7 @@
 namespace tessaline::app {
 
 Section::~Section() {
-  Delete_Surface(&surface);
-  DeleteObjectsArray(&drawing);
+  Free_Geo_Cross_Section(&geo);
 }
 
 bool File_Surface(Section* s, std::string* error) {

@@ -13,7 +13,8 @@
 
 namespace tessaline::app {
 
-// Owns its drawing elements and its surface; frees both on destruction.
+// Owns its geometry (drawing elements, surface, split) and frees it on
+// destruction. `drawing` and `surface` are the geometry's own.
 class Section {
  public:
   Section() = default;
@@ -22,8 +23,9 @@ class Section {
   ~Section();
 
   std::string name;
-  Objects_Array_Type drawing{};
-  Surface_Type surface{};
+  _Geo_Cross_Section geo;
+  Objects_Array_Type& drawing = geo.objects;
+  Surface_Type& surface = geo.surface;
   // The outline it was drawn from, when it comes from a designation.
   bool has_outline = false;
   Outline outline;
