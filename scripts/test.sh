@@ -11,9 +11,19 @@ echo "== build and test"
 "$root/scripts/build.sh" "$root/build"
 ctest --test-dir "$root/build" -j"$jobs" --output-on-failure --timeout 900
 
+echo "== Python module (Debian's /usr/bin/python3, whatever comes first on PATH)"
+if [ -d "$root/build/python/tessaline" ]; then
+  # pytest exits 5 when it collects no test: that is a failure here too.
+  TESSALINE_BUILD_DIR="$root/build" /usr/bin/python3 -m pytest -q -p no:cacheprovider \
+    "$root/tests/python"
+else
+  echo "the Python module is not built (TESSALINE_PYTHON off): skipped"
+fi
+
 echo "== build and test with AddressSanitizer and UndefinedBehaviorSanitizer"
 "$root/scripts/build.sh" "$root/build-asan" -DCMAKE_BUILD_TYPE=Debug \
-  -DTESSALINE_SANITIZE=address,undefined -DTESSALINE_BUILD_BENCH=OFF -DTESSALINE_BUILD_EXAMPLES=OFF
+  -DTESSALINE_SANITIZE=address,undefined -DTESSALINE_BUILD_BENCH=OFF -DTESSALINE_BUILD_EXAMPLES=OFF \
+  -DTESSALINE_PYTHON=OFF
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir "$root/build-asan" -j"$jobs" --output-on-failure --timeout 1800
 
