@@ -16,6 +16,9 @@ packages=(
   clang libclang-rt-14-dev
   libcgal-dev libgmp-dev libmpfr-dev
   g++-multilib lib32z1-dev
+  libdxflib-dev python3-ezdxf
+  pybind11-dev python3-pybind11 python3-dev python3-numpy python3-pytest
+  python3-dask python3-distributed
 )
 
 missing=()

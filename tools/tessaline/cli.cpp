@@ -35,11 +35,19 @@ std::unique_ptr<app::Section> Load_Section(const std::string& spec) {
   return s;
 }
 
+std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& spec) {
+  std::string error;
+  auto sections = app::Resolve_Sections(spec, &error);
+  if (sections.empty()) throw Bad_Input(error);
+  return sections;
+}
+
 int Run(int argc, char** argv) {
   CLI::App app{
       "tessaline: analyse, draw and keep cross-sections.\n"
       "A <section> is a geometry file (section.wgf), a library entry "
-      "(deflib.slb:IPE300) or a designation (IPE300, RHS200x100x8, W14X90, "
+      "(deflib.slb:IPE300), a DXF drawing (drawing.dxf: all its sections; drawing.dxf:2: "
+      "its second) or a designation (IPE300, RHS200x100x8, W14X90, "
       "PL100x50, RD40, TUBE60x5; dimensions in mm).",
       "tessaline"};
   app.require_subcommand(1);
@@ -48,6 +56,7 @@ int Run(int argc, char** argv) {
   Add_Shape(app, &action);
   Add_Draw(app, &action);
   Add_Library(app, &action);
+  Add_Import(app, &action);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {

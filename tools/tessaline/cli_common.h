@@ -36,6 +36,9 @@ class Terminal_Progress : public CProgressDlg {
 
 // The section named by an argument, or Bad_Input.
 std::unique_ptr<app::Section> Load_Section(const std::string& spec);
+// The sections named by an argument (a DXF drawing names all of its), or
+// Bad_Input.
+std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& spec);
 
 // Writes the section's drawing as a geometry file, whole or not at all;
 // Bad_Input when it cannot.
@@ -48,5 +51,6 @@ void Add_Analyze(CLI::App& app, Action* action);
 void Add_Shape(CLI::App& app, Action* action);
 void Add_Draw(CLI::App& app, Action* action);
 void Add_Library(CLI::App& app, Action* action);
+void Add_Import(CLI::App& app, Action* action);
 
 }  // namespace tessaline::cli

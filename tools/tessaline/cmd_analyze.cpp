@@ -1,6 +1,9 @@
 // tessaline analyze <section>...: properties, plastic moduli and torsion.
+#include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <iostream>
+#include <thread>
 
 #include "analysis.h"
 #include "cli_common.h"
@@ -17,6 +20,7 @@ struct Analyze_Args {
   bool no_torsion = false;
   int elements = 803;
   double gap = 1e-6;
+  int jobs = 1;
 };
 
 std::string Cell(double v) {
@@ -65,20 +69,39 @@ int Run_Analyze(const Analyze_Args& a) {
   options.grid = a.grid;
   options.elements = a.elements;
   options.gap = a.gap;
-  // Every argument is resolved before any solve, so a bad one is reported at once.
+  // Sections are resolved in order, then analysed on `jobs` threads: the
+  // analysis keeps no state outside its section, and each thread takes the
+  // next section not yet taken. The first failure in argument order is
+  // reported, as a serial run reports it.
   std::vector<std::unique_ptr<app::Section>> sections;
-  for (const std::string& spec : a.sections) sections.push_back(Load_Section(spec));
-  std::vector<app::Section_Result> results;
-  for (size_t i = 0; i < sections.size(); ++i) {
-    Terminal_Progress progress(a.sections[i]);
-    options.progress = &progress;
-    app::Section_Result r;
-    std::string error;
-    if (!app::Analyze_Section(*sections[i], options, &r, &error))
-      throw Bad_Input(a.sections[i] + ": " + error);
-    results.push_back(std::move(r));
-    sections[i].reset();
+  std::vector<std::string> specs;
+  for (const std::string& spec : a.sections)
+    for (auto& section : Load_Sections(spec)) {
+      sections.push_back(std::move(section));
+      specs.push_back(spec);
+    }
+  std::vector<app::Section_Result> results(sections.size());
+  std::vector<std::string> errors(sections.size());
+  std::vector<char> ok(sections.size(), 0);
+  std::atomic<size_t> next{0};
+  int jobs = static_cast<int>(std::min<size_t>(std::max(a.jobs, 1), sections.size()));
+  auto work = [&](bool progress_bar) {
+    for (size_t i; (i = next++) < sections.size();) {
+      Terminal_Progress progress(specs[i]);
+      app::Analyze_Options o = options;
+      o.progress = progress_bar ? &progress : nullptr;
+      ok[i] = app::Analyze_Section(*sections[i], o, &results[i], &errors[i]);
+    }
+  };
+  if (jobs <= 1) {
+    work(true);
+  } else {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < jobs; ++t) threads.emplace_back(work, false);
+    for (auto& t : threads) t.join();
   }
+  for (size_t i = 0; i < sections.size(); ++i)
+    if (!ok[i]) throw Bad_Input(specs[i] + ": " + errors[i]);
   if (a.json) {
     nlohmann::ordered_json out;
     if (results.size() == 1) {
@@ -111,6 +134,8 @@ void Add_Analyze(CLI::App& app, Action* action) {
   cmd->add_flag("--grid", args->grid, "the --seed path on the grid split instead of the mesher");
   cmd->add_option("--gap", args->gap, "relative gap of the bounds on J to refine to")
       ->check(CLI::Range(1e-12, 0.5));
+  cmd->add_option("--jobs,-j", args->jobs, "sections analysed at once, on as many threads")
+      ->check(CLI::Range(1, 256));
   cmd->add_flag("--no-torsion", args->no_torsion, "leave out J, Cw and the shear centre");
   cmd->callback([args, action] { *action = [args] { return Run_Analyze(*args); }; });
 }

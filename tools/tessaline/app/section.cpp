@@ -1,5 +1,9 @@
 #include "section.h"
 
+#include <algorithm>
+#include <cctype>
+
+#include "dxf.h"
 #include "section_files.h"
 #include "shape_tables.h"
 #include "shapes.h"
@@ -51,6 +55,14 @@ std::unique_ptr<Section> Section_From_Outline(const Outline& outline, const std:
 
 std::unique_ptr<Section> Resolve_Section(std::string_view spec, std::string* error) {
   std::string arg(spec);
+  if (Is_Dxf_Spec(spec)) {
+    auto all = Resolve_Sections(spec, error);
+    if (all.size() == 1) return std::move(all[0]);
+    if (all.size() > 1)
+      *error = arg + ": the drawing holds " + std::to_string(all.size()) +
+               " sections; name one as " + arg + ":N";
+    return nullptr;
+  }
   std::string why;
   std::unique_ptr<Section> s;
   size_t colon = arg.rfind(':');
@@ -64,6 +76,80 @@ std::unique_ptr<Section> Resolve_Section(std::string_view spec, std::string* err
   }
   if (!s) *error = arg + ": " + why;
   return s;
+}
+
+namespace {
+
+bool Ends_With_Dxf(std::string_view s) {
+  if (s.size() < 4) return false;
+  std::string ext(s.substr(s.size() - 4));
+  std::transform(ext.begin(), ext.end(), ext.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return ext == ".dxf";
+}
+
+// Splits "drawing.dxf:N" into the path and N (0 for the whole drawing, -1
+// for a number that is not one).
+std::string_view Split_Dxf_Spec(std::string_view spec, long* index) {
+  *index = 0;
+  size_t colon = spec.rfind(':');
+  if (colon != std::string_view::npos && Ends_With_Dxf(spec.substr(0, colon))) {
+    std::string_view num = spec.substr(colon + 1);
+    *index = -1;
+    if (!num.empty() && num.size() < 7 &&
+        std::all_of(num.begin(), num.end(), [](char c) { return c >= '0' && c <= '9'; }))
+      *index = std::stol(std::string(num));
+    if (*index == 0) *index = -1;
+    return spec.substr(0, colon);
+  }
+  return spec;
+}
+
+}  // namespace
+
+bool Is_Dxf_Spec(std::string_view spec) {
+  long index;
+  return Ends_With_Dxf(Split_Dxf_Spec(spec, &index));
+}
+
+std::vector<std::unique_ptr<Section>> Resolve_Sections(std::string_view spec, std::string* error) {
+  std::vector<std::unique_ptr<Section>> out;
+  if (!Is_Dxf_Spec(spec)) {
+    if (auto s = Resolve_Section(spec, error)) out.push_back(std::move(s));
+    return out;
+  }
+  long index;
+  std::string path(Split_Dxf_Spec(spec, &index));
+  std::string arg(spec), why;
+  Dxf_Drawing drawing;
+  if (index < 0) {
+    *error = arg + ": the section number after ':' is not a number from 1";
+    return out;
+  }
+  if (!Read_Dxf(path, kDxf_Join_Tolerance, &drawing, &why)) {
+    *error = path + ": " + why;
+    return out;
+  }
+  if (!drawing.problems.empty()) {
+    *error = path + ": " + drawing.problems[0];
+    return out;
+  }
+  if (drawing.sections.empty() || index > static_cast<long>(drawing.sections.size())) {
+    *error = arg + ": the drawing holds " + std::to_string(drawing.sections.size()) +
+             " closed section(s)";
+    return out;
+  }
+  for (size_t i = 0; i < drawing.sections.size(); ++i) {
+    if (index > 0 && static_cast<long>(i) + 1 != index) continue;
+    auto s = Section_From_Outline(drawing.sections[i].outline, drawing.sections[i].name, &why);
+    if (!s) {
+      *error = path + ":" + std::to_string(i + 1) + ": " + why;
+      out.clear();
+      return out;
+    }
+    out.push_back(std::move(s));
+  }
+  return out;
 }
 
 }  // namespace tessaline::app

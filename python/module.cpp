@@ -1,0 +1,194 @@
+// The compiled part of the Python module: sections, their analysis and
+// pictures, over the program's own library of pieces. The Python package
+// (python/tessaline/) wraps it in Pythonic names and a result record.
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+
+#include "analysis.h"
+#include "dxf.h"
+#include "picture.h"
+#include "section.h"
+
+namespace py = pybind11;
+using namespace tessaline::app;
+
+namespace {
+
+// A section shared with Python. The analysis changes the section's
+// records, so one thread at a time works on it; different sections are
+// analysed in parallel with the GIL released.
+struct Py_Section {
+  std::unique_ptr<Section> section;
+  std::mutex busy;
+};
+
+// Errors carry the program's one-line messages.
+struct Section_Error : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+std::shared_ptr<Py_Section> Wrap(std::unique_ptr<Section> s) {
+  auto p = std::make_shared<Py_Section>();
+  p->section = std::move(s);
+  return p;
+}
+
+std::shared_ptr<Py_Section> From_Spec(const std::string& spec) {
+  std::string error;
+  std::unique_ptr<Section> s;
+  {
+    py::gil_scoped_release release;
+    s = Resolve_Section(spec, &error);
+  }
+  if (!s) throw Section_Error(error);
+  return Wrap(std::move(s));
+}
+
+std::vector<std::shared_ptr<Py_Section>> From_Dxf(const std::string& path) {
+  std::string error;
+  std::vector<std::unique_ptr<Section>> all;
+  {
+    py::gil_scoped_release release;
+    all = Resolve_Sections(path, &error);
+  }
+  if (all.empty()) throw Section_Error(error);
+  std::vector<std::shared_ptr<Py_Section>> out;
+  for (auto& s : all) out.push_back(Wrap(std::move(s)));
+  return out;
+}
+
+// Appends one closed polygon given as rows (x, y) or (x, y, bulge), the
+// bulge making the edge to the next row an arc.
+void Add_Ring(py::array_t<double, py::array::c_style | py::array::forcecast> a, Outline* o,
+              const char* what) {
+  if (a.ndim() != 2 || (a.shape(1) != 2 && a.shape(1) != 3))
+    throw Section_Error(std::string(what) + ": expected rows of (x, y) or (x, y, bulge)");
+  if (a.shape(0) < 3 && !(a.shape(0) == 2 && a.shape(1) == 3))
+    throw Section_Error(std::string(what) + ": a closed outline needs at least 3 points");
+  if (a.shape(0) > 10000000) throw Section_Error(std::string(what) + ": too many points");
+  auto r = a.unchecked<2>();
+  py::ssize_t n = a.shape(0);
+  bool bulges = a.shape(1) == 3;
+  for (py::ssize_t i = 0; i < n; ++i) {
+    py::ssize_t j = (i + 1) % n;
+    for (py::ssize_t k = 0; k < a.shape(1); ++k)
+      if (!std::isfinite(r(i, k)))
+        throw Section_Error(std::string(what) + ": a value is not finite");
+    if (r(i, 0) == r(j, 0) && r(i, 1) == r(j, 1))
+      throw Section_Error(std::string(what) + ": two consecutive points coincide");
+    o->pieces.push_back(Bulge_Piece(r(i, 0), r(i, 1), r(j, 0), r(j, 1), bulges ? r(i, 2) : 0));
+  }
+}
+
+std::shared_ptr<Py_Section> From_Coordinates(py::object outline, py::list holes,
+                                             const std::string& name) {
+  Outline o;
+  using Array = py::array_t<double, py::array::c_style | py::array::forcecast>;
+  Add_Ring(outline.cast<Array>(), &o, "outline");
+  for (py::handle h : holes) Add_Ring(h.cast<Array>(), &o, "hole");
+  std::string error;
+  std::unique_ptr<Section> s;
+  {
+    py::gil_scoped_release release;
+    s = Section_From_Outline(o, name, &error);
+  }
+  if (!s) throw Section_Error(name + ": " + error);
+  return Wrap(std::move(s));
+}
+
+py::object Analyze(Py_Section& p, bool torsion, double gap) {
+  if (!(gap >= 1e-12 && gap <= 0.5)) throw Section_Error("gap: expected a value in [1e-12, 0.5]");
+  Analyze_Options options;
+  options.torsion = torsion;
+  options.gap = gap;
+  Section_Result r;
+  std::string error;
+  bool ok;
+  {
+    py::gil_scoped_release release;
+    std::lock_guard<std::mutex> lock(p.busy);
+    ok = Analyze_Section(*p.section, options, &r, &error);
+  }
+  if (!ok) throw Section_Error(p.section->name + ": " + error);
+  // The program's JSON object itself, read back by Python: the same keys
+  // and, digit for digit, the same numbers (null where the analysis could
+  // not give a value).
+  return py::module_::import("json").attr("loads")(Result_Json(r).dump());
+}
+
+void Draw(Py_Section& p, const std::string& path, int width, int height, bool mesh,
+          bool torsion_stress, int elements) {
+  if (width < 16 || height < 16 || width > 10000 || height > 10000)
+    throw Section_Error("size: expected 16 to 10000 pixels a side");
+  if (elements < 10 || elements > 200000) throw Section_Error("elements: expected 10 to 200000");
+  Picture_Options o;
+  o.width = width, o.height = height, o.mesh = mesh, o.torsion_stress = torsion_stress;
+  o.elements = elements;
+  std::string error;
+  bool ok;
+  {
+    py::gil_scoped_release release;
+    std::lock_guard<std::mutex> lock(p.busy);
+    Analyze_Options options;
+    options.torsion = false;
+    Section_Result r;
+    ok = Analyze_Section(*p.section, options, &r, &error) &&
+         Write_Section_Picture(*p.section, r, o, path, &error);
+  }
+  if (!ok) throw Section_Error(path + ": " + error);
+}
+
+// The drawing's pieces as an (n, 8) array: kind (0 segment, 1 arc,
+// 2 circle), x1, y1, x2, y2 (arc: counter-clockwise start and end), xc, yc, r.
+py::array_t<double> Pieces(Py_Section& p) {
+  std::lock_guard<std::mutex> lock(p.busy);
+  const Objects_Array_Type& a = p.section->drawing;
+  std::vector<double> rows;
+  for (int i = 0; i < a.count; ++i) {
+    HGLOBAL h = Get_Element_Handle_by_Index(const_cast<Objects_Array_Type*>(&a), i);
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0, xc = 0, yc = 0, r = 0;
+    double a1 = 0, a2 = 0, kind;
+    switch (Get_Element_Type_by_Handle(h)) {
+      case EL_SEGMENT:
+        kind = 0;
+        Get_Segment_Coord_by_Handle(h, &x1, &y1, &x2, &y2);
+        break;
+      case EL_ARC:
+        kind = 1;
+        Get_Arc_Param(h, &x1, &y1, &x2, &y2, &xc, &yc, &r, &a1, &a2);
+        break;
+      case EL_CIRCLE:
+        kind = 2;
+        Get_Circle_Param_by_Handle(h, &xc, &yc, &r);
+        break;
+      default:
+        continue;
+    }
+    rows.insert(rows.end(), {kind, x1, y1, x2, y2, xc, yc, r});
+  }
+  py::array_t<double> out({static_cast<py::ssize_t>(rows.size() / 8), py::ssize_t{8}});
+  std::copy(rows.begin(), rows.end(), out.mutable_data());
+  return out;
+}
+
+}  // namespace
+
+PYBIND11_MODULE(_tessaline, m) {
+  m.doc() = "Compiled core of the tessaline package; use the tessaline package instead.";
+  py::register_exception<Section_Error>(m, "SectionError", PyExc_ValueError);
+  py::class_<Py_Section, std::shared_ptr<Py_Section>>(m, "Section")
+      .def_property_readonly("name", [](const Py_Section& p) { return p.section->name; })
+      .def("pieces", &Pieces);
+  m.def("from_spec", &From_Spec, py::arg("spec"));
+  m.def("from_dxf", &From_Dxf, py::arg("path"));
+  m.def("from_coordinates", &From_Coordinates, py::arg("outline"), py::arg("holes"),
+        py::arg("name"));
+  m.def("analyze", &Analyze, py::arg("section"), py::arg("torsion"), py::arg("gap"));
+  m.def("draw", &Draw, py::arg("section"), py::arg("path"), py::arg("width"), py::arg("height"),
+        py::arg("mesh"), py::arg("torsion_stress"), py::arg("elements"));
+}
