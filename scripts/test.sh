@@ -38,6 +38,7 @@ fi
 echo "== build and test with AddressSanitizer and UndefinedBehaviorSanitizer"
 "$root/scripts/build.sh" "$root/build-asan" -DCMAKE_BUILD_TYPE=Debug \
   -DTESSALINE_SANITIZE=address,undefined -DTESSALINE_BUILD_BENCH=OFF -DTESSALINE_BUILD_EXAMPLES=OFF \
+  "${ccache_launcher[@]}" \
   -DTESSALINE_PYTHON=OFF
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir "$root/build-asan" -j"$jobs" --output-on-failure --timeout 1800
