@@ -9,6 +9,7 @@
 
 #include "analysis/torsion_grid.h"
 #include "analysis/torsion_meshes.h"
+#include "platform/mesher.h"
 #include "support/capture.h"
 
 namespace {
@@ -193,6 +194,7 @@ TEST(Calc_Torsion_Moment, ClosedFormsOnBothSplits) {
   };
   for (const Case& c : cases) {
     for (int mode : {0, 1}) {
+      if (mode == 1 && !Mesher_Available()) continue;  // built without the mesher
       double previous = 1.0;
       for (int count : {803, 4 * 803}) {
         Section s;
@@ -256,7 +258,9 @@ TEST(Calc_Butt_Weld_Torsion, StressesScaleWithTheTorque) {
   // of the centroids of the boundary triangles.
   const double tau = 1000 / (0.2459 * 20 * 100);
   EXPECT_GT(max_a, 0.8 * std::sqrt(3.0) * tau);
-  EXPECT_LT(max_a, 1.0 * std::sqrt(3.0) * tau);
+  // The grid split that serves without the mesher puts boundary triangles'
+  // centroids nearer the edge than the mesher's do.
+  EXPECT_LT(max_a, (Mesher_Available() ? 1.0 : 1.05) * std::sqrt(3.0) * tau);
   Free_FE_Split(&a);
   Free_FE_Split(&b);
 
@@ -301,6 +305,7 @@ class Recording_Progress : public CProgressDlg {
 // The grid method reports its own 50 .. 100 before the elimination's: a
 // section without holes shows one climb only, a section with a hole two.
 TEST(Calc_Torsion_Moment, OnlySectionsWithHolesUseTheGrid) {
+  if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
   auto climbs = [](Surface_Type* surface, double A) {
     Recording_Progress p;
     FE_Split split{};
@@ -309,6 +314,8 @@ TEST(Calc_Torsion_Moment, OnlySectionsWithHolesUseTheGrid) {
     Free_FE_Split(&split);
     int drops = 0;
     for (size_t i = 1; i < p.seen.size(); ++i) drops += p.seen[i] < p.seen[i - 1];
+    EXPECT_FALSE(p.seen.empty());
+    if (p.seen.empty()) return 0;
     EXPECT_EQ(p.seen.back(), 100);
     return drops + 1;
   };
