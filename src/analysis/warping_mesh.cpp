@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 #include <numeric>
+#include <unordered_set>
 
 #include "contour/outline.h"
 #include "platform/locked.h"
@@ -71,9 +72,35 @@ std::unordered_map<uint64_t, int> Match_Curves(std::vector<double>* x, std::vect
     const Warping_Curve& k = curves[c];
     const double scale = 1.0 + std::fabs(k.xc) + std::fabs(k.yc) + k.r;
     if (k.sweep >= 2 * std::numbers::pi) {
+      // Of the closed chains near the circle, the one that keeps closest to
+      // it: a thin tube's two circles lie within each other's tolerance.
+      std::unordered_set<int32_t> seen;
+      int32_t best = -1;
+      double best_deviation = HUGE_VAL;
       for (const auto& [v, w] : next) {
-        if (near(c, v) && !found.count(Edge_Key(v, w)) && walk(c, v, v)) break;
+        if (seen.count(v) || found.count(Edge_Key(v, w))) continue;
+        double deviation = 0;
+        bool closed = false;
+        int32_t u = v;
+        for (size_t steps = 0; steps <= next.size(); ++steps) {
+          seen.insert(u);
+          if (!near(c, u)) break;
+          deviation =
+              std::max(deviation, std::fabs(std::hypot((*x)[u] - k.xc, (*y)[u] - k.yc) - k.r));
+          auto it = next.find(u);
+          if (it == next.end()) break;
+          u = it->second;
+          if (u == v) {
+            closed = true;
+            break;
+          }
+        }
+        if (closed && deviation < best_deviation) {
+          best_deviation = deviation;
+          best = v;
+        }
       }
+      if (best >= 0) walk(c, best, best);
       continue;
     }
     const int32_t a = node_at(k.x1, k.y1, scale), b = node_at(k.x2, k.y2, scale);

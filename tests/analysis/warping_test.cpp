@@ -9,6 +9,7 @@
 
 #include "analysis/torsion_meshes.h"
 #include "analysis/warping_solve.h"
+#include "platform/mesher.h"
 #include "support/capture.h"
 
 namespace {
@@ -304,6 +305,28 @@ TEST(Torsion_Warping, InputThatCannotBeReadFails) {
   flat.Set({{0, 0, 1}, {1, 0, 1}, {2, 0, 1}}, {{{0, 1, 2}}});
   EXPECT_EQ(Calc_Torsion_Warping_On_Split(nullptr, &flat.split, nullptr, &r),
             TORSION_WARPING_FAILED);
+}
+
+// Regression: a thin tube's two circles lie within each other's matching
+// tolerance; the hole's boundary was once lifted onto the outer circle and
+// the bounds crossed (J_lower twice J_upper).
+TEST(Calc_Torsion_Warping, ThinTubeKeepsEachBoundaryOnItsOwnCircle) {
+  if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
+  const double ro = 10.65, ri = 8.35;
+  Section s;
+  s.Annulus(ro, ri);
+  FE_Split split{};
+  const double area = kPi * (ro * ro - ri * ri);
+  ASSERT_TRUE(Split_Surface_By_Mesher(s.surface(), &split, &split.node_count, &split.triangles,
+                                      &split.triangle_count, nullptr,
+                                      std::sqrt(4 * area / (std::sqrt(3.0) * 200))));
+  Torsion_Warping_Result r{};
+  ASSERT_NE(Calc_Torsion_Warping_On_Split(s.surface(), &split, nullptr, &r),
+            TORSION_WARPING_FAILED);
+  const double exact = kPi / 2 * (std::pow(ro, 4) - std::pow(ri, 4));
+  EXPECT_LE(r.J_lower, r.J_upper);
+  EXPECT_NEAR(r.J, exact, 1e-5 * exact);
+  Free_FE_Split(&split);
 }
 
 }  // namespace
