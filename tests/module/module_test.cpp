@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <type_traits>
 
 #include <tessaline/tessaline.h>
 
@@ -28,7 +29,11 @@ TEST(Module, LoadsAndUnloadsAHundredTimes) {
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(module()->initialized, 1);
     // Blocks, objects, a screen context and a string the host leaves behind.
-    auto alloc = Symbol<HGLOBAL (*)(UINT, SIZE_T)>(lib, "_Z11GlobalAllocjm");
+    // SIZE_T is unsigned long on 64-bit targets and unsigned long long on
+    // 32-bit ones, and the mangled name says which.
+    const char* alloc_name =
+        std::is_same_v<SIZE_T, unsigned long> ? "_Z11GlobalAllocjm" : "_Z11GlobalAllocjy";
+    auto alloc = Symbol<HGLOBAL (*)(UINT, SIZE_T)>(lib, alloc_name);
     auto pen = Symbol<HPEN (*)(int, int, COLORREF)>(lib, "_Z9CreatePeniij");
     auto get_dc = Symbol<HDC (*)(HWND)>(lib, "_Z5GetDCP6HWND__");
     auto set_string = Symbol<void (*)(UINT, const char*)>(lib, "_Z17SetStringResourcejPKc");
