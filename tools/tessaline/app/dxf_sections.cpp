@@ -109,7 +109,11 @@ void Find_Sections(std::vector<Layered_Piece> pieces, double tol, Dxf_Drawing* d
   auto end_x = [&](size_t e) { return e % 2 ? pieces[e / 2].piece.x2 : pieces[e / 2].piece.x1; };
   auto end_y = [&](size_t e) { return e % 2 ? pieces[e / 2].piece.y2 : pieces[e / 2].piece.y1; };
   double cell = std::max(tol, 1e-9);
-  auto key = [&](int64_t i, int64_t j) { return (i * 73856093) ^ (j * 19349663); };
+  // Hashed in unsigned arithmetic: far cells' products wrap rather than overflow.
+  auto key = [&](int64_t i, int64_t j) {
+    return static_cast<int64_t>((static_cast<uint64_t>(i) * 73856093u) ^
+                                (static_cast<uint64_t>(j) * 19349663u));
+  };
   std::unordered_map<int64_t, std::vector<int>> grid;
   auto cell_of = [&](double v) {
     return static_cast<int64_t>(std::clamp(std::floor(v / cell), -1e15, 1e15));
