@@ -6,7 +6,7 @@
 // adaptively and (for comparison) uniformly.
 //
 // Dimensions are read from the shape tables (TESSALINE_SHAPES, default
-// /work/shared/data/shapes). Counters: J_err is |J - J_ref| / J_ref with
+// data/shapes of this repository). Counters: J_err is |J - J_ref| / J_ref with
 // J_ref the series for the rectangle and the mean of the warping analysis's
 // bounds at a gap of 1e-6 for the others (within 5e-7 of J); elements; gap; peak_MB the process's
 // peak resident memory after the case.
@@ -35,7 +35,7 @@ const double kG = kE * 0.5 / (kNu + 1.0);
 // One row of a shape table by its designation, as column -> value.
 std::map<std::string, double> Shape_Row(const std::string& file, const std::string& name) {
   const char* dir = std::getenv("TESSALINE_SHAPES");
-  std::ifstream in(std::string(dir ? dir : "/work/shared/data/shapes") + "/" + file);
+  std::ifstream in(std::string(dir ? dir : TESSALINE_SHAPE_DIR) + "/" + file);
   std::string line, header;
   std::getline(in, header);
   std::map<std::string, double> row;

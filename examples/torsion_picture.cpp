@@ -178,7 +178,7 @@ bool Draw_Panel(HDC dc, Surface_Type* surface, int left, int top, int width, int
 
 int main(int argc, char** argv) {
   const char* path = argc > 1 ? argv[1] : "torsion.png";
-  const std::string tables = argc > 2 ? argv[2] : "/work/shared/data/shapes";
+  const std::string tables = argc > 2 ? argv[2] : TESSALINE_SHAPE_DIR;
   auto ipe = Shape_Row(tables + "/eu_i.csv", "IPE300");
   auto rhs = Shape_Row(tables + "/eu_hollow.csv", "RHS200x100x8");
   if (ipe.empty() || rhs.empty()) {

@@ -23,4 +23,4 @@ echo "the picture of IPE300 is $root/out/IPE300.png, its JSON $root/out/IPE300.j
 "$root/build/examples/surface_picture" "$root/out/surface.png"
 "$root/build/examples/editing_strip" "$root/out/editing.png"
 "$root/build/examples/split_picture" "$root/out/split.png"
-"$root/build/examples/torsion_picture" "$root/out/torsion.png"
+"$root/build/examples/torsion_picture" "$root/out/torsion.png" "$root/data/shapes"
