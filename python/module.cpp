@@ -38,12 +38,12 @@ std::shared_ptr<Py_Section> Wrap(std::unique_ptr<Section> s) {
   return p;
 }
 
-std::shared_ptr<Py_Section> From_Spec(const std::string& spec) {
+std::shared_ptr<Py_Section> From_Source(const std::string& source) {
   std::string error;
   std::unique_ptr<Section> s;
   {
     py::gil_scoped_release release;
-    s = Resolve_Section(spec, &error);
+    s = Resolve_Section(source, &error);
   }
   if (!s) throw Section_Error(error);
   return Wrap(std::move(s));
@@ -184,7 +184,7 @@ PYBIND11_MODULE(_tessaline, m) {
   py::class_<Py_Section, std::shared_ptr<Py_Section>>(m, "Section")
       .def_property_readonly("name", [](const Py_Section& p) { return p.section->name; })
       .def("pieces", &Pieces);
-  m.def("from_spec", &From_Spec, py::arg("spec"));
+  m.def("from_source", &From_Source, py::arg("source"));
   m.def("from_dxf", &From_Dxf, py::arg("path"));
   m.def("from_coordinates", &From_Coordinates, py::arg("outline"), py::arg("holes"),
         py::arg("name"));

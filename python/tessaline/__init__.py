@@ -74,19 +74,19 @@ class Result:
         return d
 
 
-def section(spec: str) -> Section:
+def section(source: str) -> Section:
     """The section an argument of the program names: a designation
     (``"IPE300"``, ``"RHS200x100x8"``, ``"PL100x50"``), a geometry file
     (``"part.wgf"``), a library entry (``"deflib.slb:IPE300"``) or one section
     of a DXF drawing (``"drawing.dxf:2"``; a drawing of one section may be
     named alone)."""
-    return _tessaline.from_spec(os.fspath(spec))
+    return _tessaline.from_source(os.fspath(source))
 
 
 def from_designation(designation: str) -> Section:
     """A standard shape or plain shape by its designation, drawn with its
     fillets and radii."""
-    return _tessaline.from_spec(designation)
+    return _tessaline.from_source(designation)
 
 
 def from_file(path) -> Section:
@@ -94,12 +94,12 @@ def from_file(path) -> Section:
     path = os.fspath(path)
     if "/" not in path and os.sep not in path:
         path = os.path.join(".", path)  # never read as a designation
-    return _tessaline.from_spec(path)
+    return _tessaline.from_source(path)
 
 
 def from_library(path, name: str) -> Section:
     """Entry ``name`` of the section library ``path``."""
-    return _tessaline.from_spec(f"{os.fspath(path)}:{name}")
+    return _tessaline.from_source(f"{os.fspath(path)}:{name}")
 
 
 def from_dxf(path) -> List[Section]:

@@ -4,7 +4,7 @@ cluster without a change to its code::
 
     from tessaline.batch import analyze_many
     rows = analyze_many(["IPE200", "IPE300", "HEB300"])            # local cluster
-    rows = analyze_many(specs, client=Client("tcp://scheduler:8786"))
+    rows = analyze_many(sources, client=Client("tcp://scheduler:8786"))
 
 A section is named as the program names it (a designation, a geometry file,
 a library entry, ``"drawing.dxf:N"``) or given as a dict of
@@ -25,31 +25,31 @@ import tessaline
 __all__ = ["analyze_many", "analyze_one", "to_dataframe"]
 
 
-def _name_of(spec: Any) -> str:
-    if isinstance(spec, dict):
-        return str(spec.get("name", "section"))
-    return str(spec)
+def _name_of(source: Any) -> str:
+    if isinstance(source, dict):
+        return str(source.get("name", "section"))
+    return str(source)
 
 
-def analyze_one(spec: Any, torsion: bool = True, gap: float = 1e-6) -> dict:
+def analyze_one(source: Any, torsion: bool = True, gap: float = 1e-6) -> dict:
     """The row of one section; never raises for a section that fails."""
     try:
-        if isinstance(spec, dict):
-            s = tessaline.from_coordinates(spec["outline"], spec.get("holes", ()),
-                                           spec.get("name", "section"))
+        if isinstance(source, dict):
+            s = tessaline.from_coordinates(source["outline"], source.get("holes", ()),
+                                           source.get("name", "section"))
         else:
-            s = tessaline.section(spec)
+            s = tessaline.section(source)
         row = tessaline.analyze(s, torsion=torsion, gap=gap).as_dict()
         row["error"] = None
     except Exception as e:  # one bad section makes an error row
         row = {f: math.nan for f in tessaline.RESULT_FIELDS}
-        row["name"] = _name_of(spec)
+        row["name"] = _name_of(source)
         row["error"] = str(e) or type(e).__name__
     return row
 
 
-def _analyze_chunk(specs: list, torsion: bool, gap: float) -> List[dict]:
-    return [analyze_one(s, torsion, gap) for s in specs]
+def _analyze_chunk(sources: list, torsion: bool, gap: float) -> List[dict]:
+    return [analyze_one(s, torsion, gap) for s in sources]
 
 
 def to_dataframe(rows: List[dict]):
@@ -71,14 +71,14 @@ def analyze_many(sections: Iterable[Any], client=None, torsion: bool = True, gap
     """
     from dask.distributed import Client, LocalCluster
 
-    specs = list(sections)
+    sources = list(sections)
     own = None
     if client is None:
         cluster = LocalCluster(n_workers=workers, threads_per_worker=1, processes=True,
                                dashboard_address=None)
         client = own = Client(cluster)
     try:
-        chunks = [specs[i:i + chunk_size] for i in range(0, len(specs), max(1, chunk_size))]
+        chunks = [sources[i:i + chunk_size] for i in range(0, len(sources), max(1, chunk_size))]
         futures = [client.submit(_analyze_chunk, c, torsion, gap, pure=False, retries=retries)
                    for c in chunks]
         rows: List[dict] = []
@@ -86,9 +86,9 @@ def analyze_many(sections: Iterable[Any], client=None, torsion: bool = True, gap
             try:
                 rows.extend(future.result())
             except Exception as e:  # the chunk's worker kept dying
-                for spec in chunk:
+                for source in chunk:
                     row = {f: math.nan for f in tessaline.RESULT_FIELDS}
-                    row.update(name=_name_of(spec), error=f"{type(e).__name__}: {e}")
+                    row.update(name=_name_of(source), error=f"{type(e).__name__}: {e}")
                     rows.append(row)
     finally:
         if own is not None:

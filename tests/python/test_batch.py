@@ -41,23 +41,23 @@ def client():
 
 
 def test_eu_i_table_on_two_workers_equals_a_serial_run_and_bad_sections_give_rows(client):
-    specs = eu_i_shapes()
-    specs.insert(3, "IPE301")
-    specs.append({"name": "open", "outline": [[0, 0], [1, 0]]})
-    rows = analyze_many(specs, client=client, torsion=False)
-    serial = [analyze_one(s, torsion=False) for s in specs]
+    sources = eu_i_shapes()
+    sources.insert(3, "IPE301")
+    sources.append({"name": "open", "outline": [[0, 0], [1, 0]]})
+    rows = analyze_many(sources, client=client, torsion=False)
+    serial = [analyze_one(s, torsion=False) for s in sources]
     same_rows(rows, serial)
     assert rows[3]["error"].startswith("IPE301: unknown designation")
     assert rows[-1]["name"] == "open" and "at least 3 points" in rows[-1]["error"]
     assert all(r["error"] is None for i, r in enumerate(rows) if i not in (3, len(rows) - 1))
-    assert rows[0]["area"] == tessaline.analyze(tessaline.section(specs[0]),
+    assert rows[0]["area"] == tessaline.analyze(tessaline.section(sources[0]),
                                                 torsion=False).area
 
 
 def test_a_killed_workers_tasks_are_retried(client, tmp_path):
     marker = str(tmp_path / "killed-once")
-    specs = ["IPE200", {"name": "crash", "outline": KillsItsWorkerOnce(marker)}, "IPE300"]
-    rows = analyze_many(specs, client=client, torsion=False, chunk_size=1)
+    sources = ["IPE200", {"name": "crash", "outline": KillsItsWorkerOnce(marker)}, "IPE300"]
+    rows = analyze_many(sources, client=client, torsion=False, chunk_size=1)
     assert os.path.exists(marker)  # a worker did die
     assert [r["error"] for r in rows] == [None, None, None]
     assert rows[1]["area"] == 100

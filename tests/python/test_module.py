@@ -24,13 +24,13 @@ def same(a, b):
 
 
 def test_analyze_equals_the_programs_json_exactly():
-    for spec in ("IPE200", "RHS200x100x8"):
-        want = program_json(spec)
-        got = tessaline.analyze(tessaline.section(spec)).as_dict()
+    for source in ("IPE200", "RHS200x100x8"):
+        want = program_json(source)
+        got = tessaline.analyze(tessaline.section(source)).as_dict()
         assert list(got)[:len(tessaline.RESULT_FIELDS)] == list(tessaline.RESULT_FIELDS)
         for key, value in want.items():
             assert key in got, key
-            assert same(value, got[key]), (spec, key, value, got[key])
+            assert same(value, got[key]), (source, key, value, got[key])
     r = tessaline.analyze(tessaline.section("PL100x50"), torsion=False)
     assert math.isnan(r.j) and r.area == 5000
 

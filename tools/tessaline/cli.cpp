@@ -28,16 +28,16 @@ int Terminal_Progress::SetPos(int pos) {
   return old;
 }
 
-std::unique_ptr<app::Section> Load_Section(const std::string& spec) {
+std::unique_ptr<app::Section> Load_Section(const std::string& source) {
   std::string error;
-  auto s = app::Resolve_Section(spec, &error);
+  auto s = app::Resolve_Section(source, &error);
   if (!s) throw Bad_Input(error);
   return s;
 }
 
-std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& spec) {
+std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& source) {
   std::string error;
-  auto sections = app::Resolve_Sections(spec, &error);
+  auto sections = app::Resolve_Sections(source, &error);
   if (sections.empty()) throw Bad_Input(error);
   return sections;
 }

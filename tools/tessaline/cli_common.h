@@ -35,10 +35,10 @@ class Terminal_Progress : public CProgressDlg {
 };
 
 // The section named by an argument, or Bad_Input.
-std::unique_ptr<app::Section> Load_Section(const std::string& spec);
+std::unique_ptr<app::Section> Load_Section(const std::string& source);
 // The sections named by an argument (a DXF drawing names all of its), or
 // Bad_Input.
-std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& spec);
+std::vector<std::unique_ptr<app::Section>> Load_Sections(const std::string& source);
 
 // Writes the section's drawing as a geometry file, whole or not at all;
 // Bad_Input when it cannot.

@@ -74,11 +74,11 @@ int Run_Analyze(const Analyze_Args& a) {
   // next section not yet taken. The first failure in argument order is
   // reported, as a serial run reports it.
   std::vector<std::unique_ptr<app::Section>> sections;
-  std::vector<std::string> specs;
-  for (const std::string& spec : a.sections)
-    for (auto& section : Load_Sections(spec)) {
+  std::vector<std::string> sources;
+  for (const std::string& source : a.sections)
+    for (auto& section : Load_Sections(source)) {
       sections.push_back(std::move(section));
-      specs.push_back(spec);
+      sources.push_back(source);
     }
   std::vector<app::Section_Result> results(sections.size());
   std::vector<std::string> errors(sections.size());
@@ -87,7 +87,7 @@ int Run_Analyze(const Analyze_Args& a) {
   int jobs = static_cast<int>(std::min<size_t>(std::max(a.jobs, 1), sections.size()));
   auto work = [&](bool progress_bar) {
     for (size_t i; (i = next++) < sections.size();) {
-      Terminal_Progress progress(specs[i]);
+      Terminal_Progress progress(sources[i]);
       app::Analyze_Options o = options;
       o.progress = progress_bar ? &progress : nullptr;
       ok[i] = app::Analyze_Section(*sections[i], o, &results[i], &errors[i]);
@@ -101,7 +101,7 @@ int Run_Analyze(const Analyze_Args& a) {
     for (auto& t : threads) t.join();
   }
   for (size_t i = 0; i < sections.size(); ++i)
-    if (!ok[i]) throw Bad_Input(specs[i] + ": " + errors[i]);
+    if (!ok[i]) throw Bad_Input(sources[i] + ": " + errors[i]);
   if (a.json) {
     nlohmann::ordered_json out;
     if (results.size() == 1) {

@@ -91,14 +91,14 @@ int Show(const Library_Args& a) {
 int Add(const Library_Args& a) {
   if (!a.name.empty() && a.sections.size() != 1)
     throw Bad_Input("--name " + a.name + ": give one section with --name");
-  std::vector<std::string> specs = a.sections;
+  std::vector<std::string> sources = a.sections;
   if (a.all_shapes)
-    for (const auto& row : app::Shape_Rows()) specs.push_back(row.designation);
-  if (specs.empty()) throw Bad_Input("library add: give sections, or --all-shapes");
+    for (const auto& row : app::Shape_Rows()) sources.push_back(row.designation);
+  if (sources.empty()) throw Bad_Input("library add: give sections, or --all-shapes");
   // Every section is read before the library is touched.
   std::vector<std::unique_ptr<app::Section>> sections;
-  for (const auto& spec : specs) {
-    sections.push_back(Load_Section(spec));
+  for (const auto& source : sources) {
+    sections.push_back(Load_Section(source));
     if (!a.name.empty()) sections.back()->name = a.name;
   }
   std::string path, error;

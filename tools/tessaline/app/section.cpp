@@ -53,10 +53,10 @@ std::unique_ptr<Section> Section_From_Outline(const Outline& outline, const std:
   return s;
 }
 
-std::unique_ptr<Section> Resolve_Section(std::string_view spec, std::string* error) {
-  std::string arg(spec);
-  if (Is_Dxf_Spec(spec)) {
-    auto all = Resolve_Sections(spec, error);
+std::unique_ptr<Section> Resolve_Section(std::string_view source, std::string* error) {
+  std::string arg(source);
+  if (Is_Dxf_Source(source)) {
+    auto all = Resolve_Sections(source, error);
     if (all.size() == 1) return std::move(all[0]);
     if (all.size() > 1)
       *error = arg + ": the drawing holds " + std::to_string(all.size()) +
@@ -90,37 +90,38 @@ bool Ends_With_Dxf(std::string_view s) {
 
 // Splits "drawing.dxf:N" into the path and N (0 for the whole drawing, -1
 // for a number that is not one).
-std::string_view Split_Dxf_Spec(std::string_view spec, long* index) {
+std::string_view Split_Dxf_Source(std::string_view source, long* index) {
   *index = 0;
-  size_t colon = spec.rfind(':');
-  if (colon != std::string_view::npos && Ends_With_Dxf(spec.substr(0, colon))) {
-    std::string_view num = spec.substr(colon + 1);
+  size_t colon = source.rfind(':');
+  if (colon != std::string_view::npos && Ends_With_Dxf(source.substr(0, colon))) {
+    std::string_view num = source.substr(colon + 1);
     *index = -1;
     if (!num.empty() && num.size() < 7 &&
         std::all_of(num.begin(), num.end(), [](char c) { return c >= '0' && c <= '9'; }))
       *index = std::stol(std::string(num));
     if (*index == 0) *index = -1;
-    return spec.substr(0, colon);
+    return source.substr(0, colon);
   }
-  return spec;
+  return source;
 }
 
 }  // namespace
 
-bool Is_Dxf_Spec(std::string_view spec) {
+bool Is_Dxf_Source(std::string_view source) {
   long index;
-  return Ends_With_Dxf(Split_Dxf_Spec(spec, &index));
+  return Ends_With_Dxf(Split_Dxf_Source(source, &index));
 }
 
-std::vector<std::unique_ptr<Section>> Resolve_Sections(std::string_view spec, std::string* error) {
+std::vector<std::unique_ptr<Section>> Resolve_Sections(std::string_view source,
+                                                       std::string* error) {
   std::vector<std::unique_ptr<Section>> out;
-  if (!Is_Dxf_Spec(spec)) {
-    if (auto s = Resolve_Section(spec, error)) out.push_back(std::move(s));
+  if (!Is_Dxf_Source(source)) {
+    if (auto s = Resolve_Section(source, error)) out.push_back(std::move(s));
     return out;
   }
   long index;
-  std::string path(Split_Dxf_Spec(spec, &index));
-  std::string arg(spec), why;
+  std::string path(Split_Dxf_Source(source, &index));
+  std::string arg(source), why;
   Dxf_Drawing drawing;
   if (index < 0) {
     *error = arg + ": the section number after ':' is not a number from 1";

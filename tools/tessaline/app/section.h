@@ -45,17 +45,17 @@ bool File_Surface(Section* section, std::string* error);
 // geometry file (a path that exists or ends in .wgf), or a designation
 // ("IPE300", "PL100x50"). Null with a one-line reason in `error` that names
 // the argument ("IPE301: unknown designation ...").
-std::unique_ptr<Section> Resolve_Section(std::string_view spec, std::string* error);
+std::unique_ptr<Section> Resolve_Section(std::string_view source, std::string* error);
 
 // True when the argument names a DXF drawing ("drawing.dxf") or one of its
 // sections ("drawing.dxf:2", numbered from 1).
-bool Is_Dxf_Spec(std::string_view spec);
+bool Is_Dxf_Source(std::string_view source);
 
 // Resolves an argument that may stand for several sections: a DXF drawing
 // gives all its sections, "drawing.dxf:N" its N-th; any other argument as
 // Resolve_Section. Empty, with a one-line reason naming the argument, when
 // the drawing cannot be read, holds an outline that does not close (the
 // first such problem is named) or has no section N.
-std::vector<std::unique_ptr<Section>> Resolve_Sections(std::string_view spec, std::string* error);
+std::vector<std::unique_ptr<Section>> Resolve_Sections(std::string_view source, std::string* error);
 
 }  // namespace tessaline::app
