@@ -91,32 +91,21 @@ bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
   return true;
 }
 
-// The seed path: the stress function on linear triangles of the mesher or
-// the grid split, J only (no bounds, no warping).
+// The seed path: Calc_Torsion_Moment on linear triangles of the mesher or
+// the grid split (about o.elements of them over the section's area), J only
+// (no bounds, no warping).
 bool Seed_Torsion(Section& s, const Analyze_Options& o, Section_Result* r, std::string* error) {
   Split_Owner m;
-  double h = Element_Size(r->area, o.elements);
-  int done = 0;
-  if (o.grid) {
-    double hg = std::sqrt(r->area / (o.elements / 2.0));  // two triangles a cell
-    done = Split_Surface_By_Grid(&s.surface, &m.split.nodes, &m.split.node_count, hg, hg,
-                                 o.progress, &m.split.triangle_count, &m.split.triangles) >= 0;
-  } else {
-    done = Split_Surface_By_Mesher(&s.surface, &m.split, &m.split.node_count, &m.split.triangles,
-                                   &m.split.triangle_count, nullptr, h);
-  }
-  if (!done || m.split.triangle_count <= 0) {
+  constexpr double kE = 210000, kNu = 0.3;
+  const double g = kE / (2 * (1 + kNu));
+  int split_options[3] = {o.grid ? 0 : 1, o.elements, o.elements};
+  const double j = Calc_Torsion_Moment(&s.surface, r->area, kE, kNu, &m.split, 1 / g, o.progress,
+                                       nullptr, split_options);
+  if (j == kTorsion_Empty_Split || m.split.triangle_count <= 0) {
     *error = "the section could not be split into elements";
     return false;
   }
-  constexpr double kE = 210000, kNu = 0.3;
-  double g = kE / (2 * (1 + kNu));
-  int band = Get_FE_Bandwidth(m.split.triangles, m.split.triangle_count);
-  double step = std::sqrt((r->xmax - r->xmin) * (r->ymax - r->ymin) / kRelax_Max_Cells);
-  double j =
-      Solve_Torsion_FE_Moment(m.split.node_count, m.split.triangles, m.split.triangle_count,
-                              m.split.nodes, band, &s.surface, o.progress, kE, kNu, 1 / g, step);
-  if (!(j > 0)) {
+  if (!(j > 0) || !std::isfinite(j)) {
     *error = "the torsion solve failed";
     return false;
   }
