@@ -37,9 +37,23 @@ void Renumber_RCM(Split_Mesh* mesh);
 int Remove_Slivers(Split_Mesh* mesh, double min_angle);
 
 // The mesher split of Split_Surface_By_Mesher into vectors, renumbered or
-// in the mesher's own order (for measuring what renumbering gains). 1 done.
+// in the mesher's own order (for measuring what renumbering gains). With
+// max_arc_angle > 0 an arc or circle is also sampled into pieces that turn
+// by at most that angle (radians), however short they get. 1 done.
 int Mesh_Surface(struct Surface_Type* surface, HWND window, double h, bool renumber,
-                 Split_Mesh* mesh);
+                 Split_Mesh* mesh, double max_arc_angle = 0.0);
+
+// The largest angle a boundary piece of an arc or circle turns by in the
+// torsion analysis's splits: its curved elements move each such chord's
+// middle onto the arc, by the chord's sagitta, and a chord of a small
+// fillet sampled only h apart can bulge past the triangle on it (the
+// quadratic element folds). At 12 degrees the sagitta stays under a fifth
+// of the lowest triangle the mesher's angle bound leaves.
+inline constexpr double kTorsion_Arc_Angle = 3.14159265358979323846 / 15;
+
+// Split_Surface_By_Mesher with arcs and circles sampled at most
+// kTorsion_Arc_Angle a piece: the starting split of the torsion analysis.
+int Split_Surface_For_Torsion(struct Surface_Type* surface, FE_Split* split, double h);
 
 // Counter-clockwise order: swaps two corners of a triangle of negative
 // signed area.

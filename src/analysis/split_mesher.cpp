@@ -20,7 +20,8 @@ using Node_Array = CArray<FEPOINT, FEPOINT&>;
 
 class Sampler {
  public:
-  Sampler(double h, Node_Array* nodes, double* budget) : h_(h), nodes_(nodes), budget_(budget) {}
+  Sampler(double h, double max_angle, Node_Array* nodes, double* budget)
+      : h_(h), max_angle_(max_angle), nodes_(nodes), budget_(budget) {}
 
   // Adds the node unless its squared distance to the node before it is not
   // greater than h * 0.001 (a squared length against a length: the rule the
@@ -35,9 +36,12 @@ class Sampler {
     FEPOINT f{x, y, flag};
     nodes_->Add(f);
   }
-  // Pieces of about h along a length; false when the sampling grows too big.
-  bool Pieces(double length, int* n) {
+  // Pieces of about h along a length, and for an arc turning by `turn`
+  // radians at most max_angle each when that is set; false when the
+  // sampling grows too big.
+  bool Pieces(double length, int* n, double turn = 0.0) {
     double pieces = std::ceil(length / h_);
+    if (max_angle_ > 0) pieces = std::max(pieces, std::ceil(turn / max_angle_));
     if (!(pieces <= *budget_)) return false;
     *budget_ -= pieces;
     *n = pieces < 1 ? 1 : static_cast<int>(pieces);
@@ -46,6 +50,7 @@ class Sampler {
 
  private:
   double h_;
+  double max_angle_;
   Node_Array* nodes_;
   double* budget_;
 };
@@ -68,7 +73,7 @@ bool Sample_Element(const Element_Record& r, bool reversed, uint8_t flag, Sample
     const auto& g = r.u.arc;
     double span = Normalize_Angle(g.a2 - g.a1);
     if (span <= 0) span = 2 * kPi;
-    if (!s->Pieces(g.r * span, &n)) return false;
+    if (!s->Pieces(g.r * span, &n, span)) return false;
     s->Node(reversed ? g.x2 : g.x1, reversed ? g.y2 : g.y1, flag);
     for (int k = 1; k < n; ++k) {
       double a = reversed ? g.a2 - span * k / n : g.a1 + span * k / n;
@@ -76,7 +81,7 @@ bool Sample_Element(const Element_Record& r, bool reversed, uint8_t flag, Sample
     }
   } else if (r.type == EL_CIRCLE) {
     const auto& g = r.u.circle;
-    if (!s->Pieces(2 * kPi * g.r, &n)) return false;
+    if (!s->Pieces(2 * kPi * g.r, &n, 2 * kPi)) return false;
     n = n < 3 ? 3 : n;  // three nodes at least, or the circle encloses nothing
     for (int k = 0; k < n; ++k) {
       double a = 2 * kPi * k / n;
@@ -93,8 +98,9 @@ double Sq_Distance(double ax, double ay, double bx, double by) {
 // The contour's nodes in its order of travel. Each element runs from the
 // end nearer the previous element's far end; the first from the end that
 // its successor does not touch.
-bool Sample_Contour(const Split_Contour& c, double h, double* budget, Node_Array* nodes) {
-  Sampler s(h, nodes, budget);
+bool Sample_Contour(const Split_Contour& c, double h, double max_arc_angle, double* budget,
+                    Node_Array* nodes) {
+  Sampler s(h, max_arc_angle, nodes, budget);
   double cx = 0, cy = 0;  // where the travel stands
   for (size_t i = 0; i < c.elements.size(); ++i) {
     const Element_Record& r = c.elements[i];
@@ -151,14 +157,15 @@ bool Take_Mesh(const CMeshNodeList& nodes, const CMeshElementList& elements, Spl
 
 }  // namespace
 
-int Mesh_Surface(Surface_Type* surface, HWND window, double h, bool renumber, Split_Mesh* mesh) {
+int Mesh_Surface(Surface_Type* surface, HWND window, double h, bool renumber, Split_Mesh* mesh,
+                 double max_arc_angle) {
   std::vector<Split_Contour> contours;
   int outer_count = 0;
   if (!Read_Split_Contours(surface, &contours, &outer_count) || outer_count == 0) return 0;
   std::vector<Node_Array> sampled(contours.size());
   double budget = kMax_Samples;
   for (size_t c = 0; c < contours.size(); ++c) {
-    if (!Sample_Contour(contours[c], h, &budget, &sampled[c])) return 0;
+    if (!Sample_Contour(contours[c], h, max_arc_angle, &budget, &sampled[c])) return 0;
   }
   std::vector<std::vector<double>> x(contours.size()), y(contours.size());
   std::vector<const double*> xs, ys;
@@ -189,8 +196,11 @@ int Mesh_Surface(Surface_Type* surface, HWND window, double h, bool renumber, Sp
   return 1;
 }
 
-int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_count,
-                            HGLOBAL* triangles, int* triangle_count, HWND window, double h) {
+namespace {
+
+// The mesher split into the record's blocks (its earlier blocks freed).
+int Split_Into(Surface_Type* surface, FE_Split* split, int* node_count, HGLOBAL* triangles,
+               int* triangle_count, HWND window, double h, double max_arc_angle) {
   if (!surface || !split || !node_count || !triangles || !triangle_count) return 0;
   if (split->nodes) GlobalFree(split->nodes);
   if (*triangles) GlobalFree(*triangles);
@@ -199,7 +209,7 @@ int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_co
   if (!std::isfinite(h) || h <= 0) return 0;
   try {
     Split_Mesh mesh;
-    if (!Mesh_Surface(surface, window, h, true, &mesh)) return 0;
+    if (!Mesh_Surface(surface, window, h, true, &mesh, max_arc_angle)) return 0;
     HGLOBAL n = New_FE_Node_Block(mesh.nodes);
     HGLOBAL t = New_FE_Triangle_Block(mesh.triangles);
     if (!n || !t) {
@@ -217,4 +227,17 @@ int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_co
   } catch (const std::out_of_range&) {
     return 0;
   }
+}
+
+}  // namespace
+
+int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_count,
+                            HGLOBAL* triangles, int* triangle_count, HWND window, double h) {
+  return Split_Into(surface, split, node_count, triangles, triangle_count, window, h, 0.0);
+}
+
+int Split_Surface_For_Torsion(Surface_Type* surface, FE_Split* split, double h) {
+  if (!split) return 0;
+  return Split_Into(surface, split, &split->node_count, &split->triangles, &split->triangle_count,
+                    nullptr, h, kTorsion_Arc_Angle);
 }

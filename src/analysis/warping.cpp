@@ -6,6 +6,7 @@
 #include <numeric>
 #include <vector>
 
+#include "analysis/split_internal.h"
 #include "analysis/warping_solve.h"
 #include "platform/locked.h"
 #include "tessaline/analysis/exact.h"
@@ -51,6 +52,8 @@ bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>*
 // refines more per solve, smaller grades the mesh more finely; 0.7 took
 // the fewest CPU seconds on steel sections.
 constexpr double kMarked = 0.7;
+// The share marked when kMarked's elements would add less than a tenth.
+constexpr double kMarked_Small_Step = 0.95;
 // The largest share of the gap the curved edges' estimate may hold when the
 // gap is reached.
 constexpr double kBoundary_Share = 0.1;
@@ -163,18 +166,21 @@ int Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
     if (refinement == Warping_Refinement::kUniform) {
       finer = Refine_P2_Mesh(mesh);
     } else {
+      finer = Bisect_P2_Mesh(mesh, Mark_Elements(eta, kMarked));
+      if (finer.tri.size() * 10 < mesh.tri.size() * 11) {
+        // The error sits in a few elements (a sharp re-entrant corner):
+        // refine more of it, so that each solve still pays.
+        finer = Bisect_P2_Mesh(mesh, Mark_Elements(eta, kMarked_Small_Step));
+      }
       // Near the budget, a smaller share of the indicator is refined, as
       // long as that still adds a tenth to the mesh.
-      for (double share = kMarked; share > 0.1; share *= 0.5) {
+      for (double share = kMarked * 0.5;
+           finer.tri.size() > static_cast<size_t>(budget) && share > 0.1; share *= 0.5) {
         finer = Bisect_P2_Mesh(mesh, Mark_Elements(eta, share));
-        if (finer.tri.size() <= static_cast<size_t>(budget) ||
-            finer.tri.size() * 10 < mesh.tri.size() * 11) {
-          break;
-        }
+        if (finer.tri.size() * 10 < mesh.tri.size() * 11) break;
       }
     }
-    if (finer.tri.size() > static_cast<size_t>(budget) ||
-        finer.tri.size() * 10 < mesh.tri.size() * 11) {
+    if (finer.tri.size() > static_cast<size_t>(budget) || finer.tri.size() <= mesh.tri.size()) {
       status = TORSION_WARPING_BUDGET_SPENT;
       break;
     }
@@ -219,9 +225,7 @@ int Torsion_Warping_Of_Surface(Surface_Type* surface, const Torsion_Warping_Opti
   FE_Split own{};
   FE_Split* s = split ? split : &own;
   Free_FE_Split(s);
-  if (!Split_Surface_By_Mesher(surface, s, &s->node_count, &s->triangles, &s->triangle_count,
-                               nullptr, h) ||
-      s->triangle_count <= 0) {
+  if (!Split_Surface_For_Torsion(surface, s, h) || s->triangle_count <= 0) {
     Free_FE_Split(s);
     Split_Surface_By_Grid(surface, &s->nodes, &s->node_count, h, h, nullptr, &s->triangle_count,
                           &s->triangles);

@@ -12,9 +12,16 @@
 
 namespace {
 
+// Whether a boundary node may lie on the curve's sampling: within a quarter
+// of the radius of a circle; for an arc, in its sector between the arc and
+// its chord (a mesher may sample a fillet by its chord alone and put nodes
+// on it, as far inside as the arc's sagitta) or a quarter radius outside.
 bool Near_Curve(const Warping_Curve& c, double x, double y) {
-  if (std::fabs(std::hypot(x - c.xc, y - c.yc) - c.r) > 0.25 * c.r) return false;
-  if (c.sweep >= 2 * std::numbers::pi) return true;
+  const double d = std::hypot(x - c.xc, y - c.yc);
+  if (d > 1.25 * c.r) return false;
+  if (c.sweep >= 2 * std::numbers::pi) return d >= 0.75 * c.r;
+  const double chord = c.r * std::cos(0.5 * std::min(c.sweep, std::numbers::pi));
+  if (d < std::min(0.75 * c.r, chord * (1 - 1e-9))) return false;
   double t = std::atan2(y - c.yc, x - c.xc) - c.a1;
   t -= 2 * std::numbers::pi * std::floor(t / (2 * std::numbers::pi));
   return t <= c.sweep + 1e-9 || t >= 2 * std::numbers::pi - 1e-9;

@@ -187,5 +187,26 @@ TEST(Shapes, PlainShapesAndBadDesignations) {
   EXPECT_NE(error.find("unknown designation"), std::string::npos);
 }
 
+// A root fillet much smaller than the starting elements (W21X201: r = 12.7
+// against 21 mm) once made a curved element fold over its own triangle,
+// and the bounds on J crossed; a sharp re-entrant corner (US angles) once
+// ended the refinement early as "budget spent".
+TEST(Shapes, SmallFilletsAndSharpCornersKeepTheBoundsOrdered) {
+  for (const char* name : {"W21X201", "L12X12X1-1/4", "MC12X14.3"}) {
+    Outline o;
+    std::string error;
+    ASSERT_TRUE(Draw_Designation(name, &o, &error)) << error;
+    auto section = Section_From_Outline(o, name, &error);
+    ASSERT_TRUE(section) << error;
+    Section_Result r;
+    Analyze_Options options;
+    options.gap = 1e-3;
+    ASSERT_TRUE(Analyze_Section(*section, options, &r, &error)) << error;
+    EXPECT_EQ(r.torsion_note.rfind("gap reached", 0), 0u) << name << ": " << r.torsion_note;
+    EXPECT_LE(r.j_lower, r.j_upper) << name;
+    EXPECT_LE(r.j_upper - r.j_lower, 1e-3 * r.j_upper) << name;
+  }
+}
+
 }  // namespace
 }  // namespace tessaline::app

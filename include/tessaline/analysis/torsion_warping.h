@@ -93,7 +93,9 @@ TESSALINE_API int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split*
 
 // The same from the surface alone: its area (exact, from its contours)
 // gives a starting element size for about 128 elements, the mesher splits
-// the surface at it (the grid split when the mesher is not built in), and
+// the surface at it, with arcs and circles sampled at least every 12
+// degrees so that no curved element folds on a small fillet (the grid
+// split when the mesher is not built in), and
 // the analysis above runs on that split. The last mesh and its stresses go
 // to *split when it is not null (its earlier blocks freed). Returns the
 // status; TORSION_WARPING_FAILED for a null or empty surface or result.

@@ -52,27 +52,14 @@ struct Split_Owner {
   ~Split_Owner() { Free_FE_Split(&split); }
 };
 
-// The element size of a starting mesh of about `count` triangles.
-double Element_Size(double area, int count) {
-  return std::sqrt(4 * area / (std::sqrt(3.0) * count));
-}
-
 // The high-order torsion and warping: a coarse mesher split refined until
 // the bounds on J meet the gap or the budget is spent.
 bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
                         std::string* error) {
-  Split_Owner m;
   if (o.progress) o.progress->SetPos(5);
-  if (!Split_Surface_By_Mesher(&s.surface, &m.split, &m.split.node_count, &m.split.triangles,
-                               &m.split.triangle_count, nullptr, Element_Size(r->area, 200)) ||
-      m.split.triangle_count <= 0) {
-    *error = "the section could not be split into elements";
-    return false;
-  }
-  if (o.progress) o.progress->SetPos(30);
   Torsion_Warping_Options options{o.gap, 0, 1.0};
   Torsion_Warping_Result t{};
-  if (Calc_Torsion_Warping_On_Split(&s.surface, &m.split, &options, &t) == TORSION_WARPING_FAILED) {
+  if (Calc_Torsion_Warping(&s.surface, &options, &t, nullptr) == TORSION_WARPING_FAILED) {
     *error = "the torsion analysis failed";
     return false;
   }

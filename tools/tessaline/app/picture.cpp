@@ -153,18 +153,18 @@ struct Split_Blocks {
 // per-triangle stresses in tau_x and tau_y.
 bool Make_Split(Section& s, double area, int elements, bool torsion, Split_Blocks* m,
                 std::string* error) {
-  int start = torsion ? std::max(50, elements / 4) : elements;
-  if (!Split_Surface_By_Mesher(&s.surface, &m->split, &m->split.node_count, &m->split.triangles,
-                               &m->split.triangle_count, nullptr, Element_Size(area, start)) ||
-      m->split.triangle_count <= 0) {
-    *error = "the section could not be split into elements";
-    return false;
+  if (!torsion) {
+    if (!Split_Surface_By_Mesher(&s.surface, &m->split, &m->split.node_count, &m->split.triangles,
+                                 &m->split.triangle_count, nullptr, Element_Size(area, elements)) ||
+        m->split.triangle_count <= 0) {
+      *error = "the section could not be split into elements";
+      return false;
+    }
+    return true;
   }
-  if (!torsion) return true;
   Torsion_Warping_Options options{1e-3, 4 * elements, 1.0};
   Torsion_Warping_Result t{};
-  if (Calc_Torsion_Warping_On_Split(&s.surface, &m->split, &options, &t) ==
-      TORSION_WARPING_FAILED) {
+  if (Calc_Torsion_Warping(&s.surface, &options, &t, &m->split) == TORSION_WARPING_FAILED) {
     *error = "the torsion analysis failed";
     return false;
   }
