@@ -171,6 +171,33 @@ std::set<int> Flags(const Mesh& m) {
   return f;
 }
 
+// A grid split that frees its blocks.
+struct Grid {
+  HGLOBAL nodes = 0, tris = 0;
+  int nc = 0, tc = 0;
+  ~Grid() {
+    GlobalFree(nodes);
+    GlobalFree(tris);
+  }
+  int Run(Surface_Type* s, double h, CProgressDlg* progress = nullptr) {
+    return Split_Surface_By_Grid(s, &nodes, &nc, h, h, progress, &tc, &tris);
+  }
+  Mesh mesh() const { return Mesh(nodes, nc, tris, tc); }
+};
+
+// A mesher split that frees its blocks.
+struct Mesher {
+  FE_Split split{};
+  ~Mesher() { Free_FE_Split(&split); }
+  int Run(Surface_Type* s, double h) {
+    return Split_Surface_By_Mesher(s, &split, &split.node_count, &split.triangles,
+                                   &split.triangle_count, nullptr, h);
+  }
+  Mesh mesh() const {
+    return Mesh(split.nodes, split.node_count, split.triangles, split.triangle_count);
+  }
+};
+
 struct Recorder : CProgressDlg {
   std::vector<int> seen;
   int SetPos(int pos) override {
@@ -225,45 +252,32 @@ TEST(Split, NodeBlocks) {
   EXPECT_EQ(Add_FE_Point(&stale, &count, 0, 0, 0), -1);
 }
 
-TEST(Split, MesherCoversStraightSections) {
+TEST(Split, MesherCoversSections) {
   if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
   Leak_Check leaks;
-  Section s;
-  Surface_Type* surface = Plate(s);
-  FE_Split split{};
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, 8.0),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 14400, 1e-9 * 14400);
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  for (const FE3Ang& t : m.tris) {  // no edge longer than h
+  Section plate;
+  Mesher m;
+  ASSERT_EQ(m.Run(Plate(plate), 8.0), 1);
+  const Mesh mesh = m.mesh();
+  EXPECT_NEAR(Check_Cover(&plate.surface, mesh, 1e-9), 14400, 1e-9 * 14400);
+  EXPECT_EQ(Flags(mesh), (std::set<int>{0, 1, 2, 3}));
+  for (const FE3Ang& t : mesh.tris) {  // no edge longer than h
     for (int k = 0; k < 3; ++k) {
-      const FEPOINT &a = m.nodes[t.n[k]], &b = m.nodes[t.n[(k + 1) % 3]];
+      const FEPOINT &a = mesh.nodes[t.n[k]], &b = mesh.nodes[t.n[(k + 1) % 3]];
       EXPECT_LE(std::hypot(a.x - b.x, a.y - b.y), 8.0 * (1 + 1e-12));
     }
   }
-  EXPECT_LT(Get_FE_Bandwidth(split.triangles, split.triangle_count), split.node_count / 5);
-  Free_FE_Split(&split);
-}
+  EXPECT_LT(Get_FE_Bandwidth(m.split.triangles, m.split.triangle_count), m.split.node_count / 5);
 
-TEST(Split, MesherCoversCurvedSections) {
-  if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
-  Leak_Check leaks;
-  Section s;
-  double exact = 0;
-  Surface_Type* surface = Rounded(s, &exact);
-  FE_Split split{};
-  double h = 4;
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, h),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
   // Chords of at most h on radii of at least 20 cut at most h^2 / (8 r) off
   // the curves' 520 mm.
-  EXPECT_NEAR(Check_Cover(surface, m, h * h / (8 * 20)), exact, 520 * h * h / (8 * 20));
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  Free_FE_Split(&split);
+  Section rounded;
+  double exact = 0, h = 4;
+  Mesher curved;
+  ASSERT_EQ(curved.Run(Rounded(rounded, &exact), h), 1);
+  EXPECT_NEAR(Check_Cover(&rounded.surface, curved.mesh(), h * h / (8 * 20)), exact,
+              520 * h * h / (8 * 20));
+  EXPECT_EQ(Flags(curved.mesh()), (std::set<int>{0, 1, 2, 3}));
 }
 
 TEST(Split, GridCoversSections) {
@@ -276,15 +290,14 @@ TEST(Split, GridCoversSections) {
       s.Rect(30, 100, 70, 180);
     }
     Surface_Type* surface = tall ? s.File() : Plate(s);
-    HGLOBAL nodes = 0, tris = 0;
-    int nc = 0, tc = 0;
+    Grid g;
     // At a step of 5 every corner of the section lies on grid lines and
     // the cut is exact; at 6 each of the twelve corners is cut off by a
     // chord across its cell (half a cell at most).
     for (double h : {5.0, 6.0}) {
       Recorder progress;
-      EXPECT_GE(Split_Surface_By_Grid(surface, &nodes, &nc, h, h, &progress, &tc, &tris), 0);
-      Mesh m(nodes, nc, tris, tc);
+      EXPECT_GE(g.Run(surface, h, &progress), 0);
+      const Mesh m = g.mesh();
       double cut = h == 6 ? 1.5 * h : 0;
       EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 6 ? 12 * h * h / 2 : 1e-9);
       EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
@@ -294,39 +307,26 @@ TEST(Split, GridCoversSections) {
       EXPECT_EQ(progress.seen[progress.seen.size() - 2], 40);
       EXPECT_EQ(progress.seen.back(), 50);
     }
-    GlobalFree(nodes);
-    GlobalFree(tris);
   }
-}
-
-TEST(Split, GridCoversCurvedSections) {
-  Leak_Check leaks;
+  // Curves: chords across cells of diagonal h sqrt 2 on radii of at least
+  // 20, and the rounded corner's cut.
   Section s;
   double exact = 0;
   Surface_Type* surface = Rounded(s, &exact);
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
+  Grid g;
   for (double h : {4.0, 2.5}) {
-    Split_Surface_By_Grid(surface, &nodes, &nc, h, h, nullptr, &tc, &tris);
-    Mesh m(nodes, nc, tris, tc);
-    // Chords across cells of diagonal h sqrt 2 on radii of at least 20, and
-    // the rounded corner's cut.
-    EXPECT_NEAR(Check_Cover(surface, m, 1e-9, 1.5 * h), exact, 520 * 2 * h * h / (8 * 20) + h * h);
+    g.Run(surface, h);
+    EXPECT_NEAR(Check_Cover(surface, g.mesh(), 1e-9, 1.5 * h), exact,
+                520 * 2 * h * h / (8 * 20) + h * h);
   }
-  GlobalFree(nodes);
-  GlobalFree(tris);
 }
 
 TEST(Split, GridTakesCellByItsCentre) {
   Section s;  // a diamond inside one cell, touching its sides
   s.Polygon({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
-  Split_Surface_By_Grid(s.File(), &nodes, &nc, 10, 10, nullptr, &tc, &tris);
-  Mesh m(nodes, nc, tris, tc);
-  EXPECT_NEAR(Check_Cover(&s.surface, m, 0), 50, 1e-12);
-  GlobalFree(nodes);
-  GlobalFree(tris);
+  Grid g;
+  g.Run(s.File(), 10);
+  EXPECT_NEAR(Check_Cover(&s.surface, g.mesh(), 0), 50, 1e-12);
 }
 
 TEST(Split, BadInputGivesEmptySplit) {
@@ -339,15 +339,12 @@ TEST(Split, BadInputGivesEmptySplit) {
   nan.Rect(0, 0, 10, std::nan(""));
   nan.File();
   for (Section* s : {&empty, &flat, &nan}) {
-    HGLOBAL nodes = 0, tris = 0;
-    int nc = 0, tc = 0;
-    Split_Surface_By_Grid(&s->surface, &nodes, &nc, 1, 1, nullptr, &tc, &tris);
-    EXPECT_EQ(tc, 0);
-    FE_Split split{};
-    EXPECT_EQ(Split_Surface_By_Mesher(&s->surface, &split, &split.node_count, &split.triangles,
-                                      &split.triangle_count, nullptr, 1),
-              0);
-    EXPECT_EQ(split.triangle_count, 0);
+    Grid g;
+    g.Run(&s->surface, 1);
+    EXPECT_EQ(g.tc, 0);
+    Mesher m;
+    EXPECT_EQ(m.Run(&s->surface, 1), 0);
+    EXPECT_EQ(m.split.triangle_count, 0);
   }
   HGLOBAL nodes = 0, tris = 0;
   int nc = 0, tc = 0;
@@ -358,10 +355,8 @@ TEST(Split, BadInputGivesEmptySplit) {
     EXPECT_EQ(Split_Surface_By_Grid(&ok.surface, &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
   }
   EXPECT_EQ(Split_Surface_By_Grid(nullptr, &nodes, &nc, 1, 1, nullptr, &tc, &tris), -1);
-  FE_Split fine{};  // would need 10^8 nodes: refused at once
-  EXPECT_EQ(Split_Surface_By_Mesher(&ok.surface, &fine, &fine.node_count, &fine.triangles,
-                                    &fine.triangle_count, nullptr, 1e-3),
-            0);
+  Mesher fine;  // would need 10^8 nodes: refused at once
+  EXPECT_EQ(fine.Run(&ok.surface, 1e-3), 0);
   EXPECT_EQ(tc + nc, 0);
 
   // A hole outside its outer contour takes nothing away: both splits give
@@ -376,19 +371,16 @@ TEST(Split, BadInputGivesEmptySplit) {
   Add_Surface_Contour(&bad, outers[1], 1);
   GlobalUnlock(two.surface.outers);
   two.surface.outer_count = 0;  // now owned by `bad`
-  Split_Surface_By_Grid(&bad, &nodes, &nc, 1, 1, nullptr, &tc, &tris);
-  EXPECT_NEAR(Check_Cover(&bad, Mesh(nodes, nc, tris, tc), 0), 100, 1e-12);
-  GlobalFree(nodes);
-  GlobalFree(tris);
-  FE_Split split{};
-  if (Mesher_Available()) {
-    EXPECT_EQ(Split_Surface_By_Mesher(&bad, &split, &split.node_count, &split.triangles,
-                                      &split.triangle_count, nullptr, 2),
-              1);
-    Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-    EXPECT_NEAR(Check_Cover(&bad, m, 0), 100, 1e-12);
+  {
+    Grid g;
+    g.Run(&bad, 1);
+    EXPECT_NEAR(Check_Cover(&bad, g.mesh(), 0), 100, 1e-12);
+    Mesher m;
+    if (Mesher_Available()) {
+      EXPECT_EQ(m.Run(&bad, 2), 1);
+      EXPECT_NEAR(Check_Cover(&bad, m.mesh(), 0), 100, 1e-12);
+    }
   }
-  Free_FE_Split(&split);
   Delete_Surface(&bad);
 }
 
@@ -512,21 +504,14 @@ TEST(Split, SectionInTwoPieces) {
   s.Rect(70, 10, 90, 20);
   Surface_Type* surface = s.File();
   ASSERT_EQ(surface->outer_count, 2);
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
-  Split_Surface_By_Grid(surface, &nodes, &nc, 2, 2, nullptr, &tc, &tris);
-  Mesh g(nodes, nc, tris, tc);
-  EXPECT_NEAR(Check_Cover(surface, g, 0), 3200 - 400, 1e-9);
-  EXPECT_EQ(Flags(g), (std::set<int>{0, 1, 2, 3}));
-  GlobalFree(nodes);
-  GlobalFree(tris);
-  if (!Mesher_Available()) return;
-  FE_Split split{};
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, 3),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 3200 - 400, 1e-9);
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  Free_FE_Split(&split);
+  Grid g;
+  g.Run(surface, 2);
+  Mesher m;
+  std::vector<Mesh> meshes{g.mesh()};
+  if (Mesher_Available() && m.Run(surface, 3) == 1) meshes.push_back(m.mesh());
+  EXPECT_EQ(meshes.size(), Mesher_Available() ? 2u : 1u);
+  for (const Mesh& mesh : meshes) {
+    EXPECT_NEAR(Check_Cover(surface, mesh, 1e-9), 3200 - 400, 1e-9);
+    EXPECT_EQ(Flags(mesh), (std::set<int>{0, 1, 2, 3}));
+  }
 }
