@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/surface.h"
 
 namespace {
@@ -33,11 +34,6 @@ void Set_Words(HGLOBAL h, std::initializer_list<int> words) {
   auto* w = static_cast<int32_t*>(GlobalLock(static_cast<HGLOBAL>(e->attr)));
   for (int k : words) w[k] |= ATTR_SELECTED;
   GlobalUnlock(static_cast<HGLOBAL>(e->attr));
-  GlobalUnlock(h);
-}
-
-void Set_Attr(HGLOBAL h, int32_t attr) {
-  static_cast<Element_Record*>(GlobalLock(h))->attr = attr;
   GlobalUnlock(h);
 }
 
