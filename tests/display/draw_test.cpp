@@ -48,15 +48,6 @@ class State_Check {
   Leak_Check blocks_;
 };
 
-// Marks the given words of a polyline's or spline's attribute block selected.
-void Select_Words(HGLOBAL h, std::initializer_list<int> words) {
-  auto* e = static_cast<Element_Record*>(GlobalLock(h));
-  auto* w = static_cast<int32_t*>(GlobalLock(static_cast<HGLOBAL>(e->attr)));
-  for (int i : words) w[i] |= ATTR_SELECTED;
-  GlobalUnlock(static_cast<HGLOBAL>(e->attr));
-  GlobalUnlock(h);
-}
-
 }  // namespace
 
 TEST(Draw, PenRuleColours) {

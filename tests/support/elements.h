@@ -28,9 +28,27 @@ inline HGLOBAL Arc_With_Ends(double xc, double yc, double r, double a1, double a
   return h;
 }
 
+// Makes h a child of the parents, in that slot order, with creation type ct.
+inline HGLOBAL Child(HGLOBAL h, int ct, std::initializer_list<HGLOBAL> parents) {
+  Write_Creation_Type(h, ct);
+  Alloc_Parent(h, static_cast<int>(parents.size()));
+  int k = 0;
+  for (HGLOBAL p : parents) Write_Parent(h, p, k++);
+  return h;
+}
+
 // Overwrites a simple element's attribute word (0: a construction element).
 inline void Set_Attr(HGLOBAL h, int32_t attr) {
   static_cast<Element_Record*>(GlobalLock(h))->attr = attr;
+  GlobalUnlock(h);
+}
+
+// Marks the given words of a polyline's or spline's attribute block selected.
+inline void Select_Words(HGLOBAL h, std::initializer_list<int> words) {
+  auto* e = static_cast<Element_Record*>(GlobalLock(h));
+  auto* w = static_cast<int32_t*>(GlobalLock(static_cast<HGLOBAL>(e->attr)));
+  for (int k : words) w[k] |= ATTR_SELECTED;
+  GlobalUnlock(static_cast<HGLOBAL>(e->attr));
   GlobalUnlock(h);
 }
 
