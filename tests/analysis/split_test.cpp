@@ -13,62 +13,38 @@
 
 #include "platform/mesher.h"
 #include "support/capture.h"
+#include "support/section.h"
+#include "support/sections.h"
 
 namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-// A section drawn into an objects array and filed into a surface.
-struct Section {
-  Objects_Array_Type objects{};
-  Surface_Type surface{};
-  ~Section() {
-    Delete_Surface(&surface);
-    DeleteObjectsArray(&objects);
-  }
-  void Add(HGLOBAL h) { Add_Element_In_Array_by_Handle(&objects, h); }
-  void Polygon(std::vector<std::pair<double, double>> p) {
-    for (size_t i = 0; i < p.size(); ++i) {
-      auto [x1, y1] = p[i];
-      auto [x2, y2] = p[(i + 1) % p.size()];
-      Add(Create_Line(x1, y1, x2, y2));
-    }
-  }
-  void Rect(double x0, double y0, double x1, double y1) {
-    Polygon({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
-  }
-  void Arc(double xc, double yc, double r, double a1, double a2, double x1, double y1, double x2,
-           double y2) {
-    HGLOBAL h = Create_Arc(xc, yc, r, a1, a2);
-    Set_Arc_Ends(h, x1, y1, x2, y2);
-    Add(h);
-  }
-  Surface_Type* File() {
-    Make_Surface_From_Objects(&objects, &surface);
-    return &surface;
-  }
-};
+// The rectangle from (x0, y0) to (x1, y1).
+void Rect(Section& s, double x0, double y0, double x1, double y1) {
+  s.Outline({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
+}
 
 // A plate 200 x 100 with two rectangular holes: area 14 400.
 Surface_Type* Plate(Section& s) {
-  s.Rect(0, 0, 200, 100);
-  s.Rect(20, 20, 60, 80);
-  s.Rect(100, 30, 180, 70);
-  return s.File();
+  Rect(s, 0, 0, 200, 100);
+  Rect(s, 20, 20, 60, 80);
+  Rect(s, 100, 30, 180, 70);
+  return s.surface();
 }
 
 // A plate with a half-round end, a rounded corner, a round and a square
 // hole (the section of the surface picture).
 Surface_Type* Rounded(Section& s, double* area) {
-  s.Add(Create_Line(0, 0, 160, 0));
-  s.Arc(160, 60, 60, -kPi / 2, kPi / 2, 160, 0, 160, 120);
-  s.Add(Create_Line(160, 120, 20, 120));
-  s.Arc(20, 100, 20, kPi / 2, kPi, 20, 120, 0, 100);
-  s.Add(Create_Line(0, 100, 0, 0));
-  s.Add(Create_Circle(160, 60, 30));
-  s.Rect(30, 30, 100, 90);
+  s.Segment(0, 0, 160, 0);
+  s.Arc(160, 60, 160, 0, 160, 120);
+  s.Segment(160, 120, 20, 120);
+  s.Arc(20, 100, 20, 120, 0, 100);
+  s.Segment(0, 100, 0, 0);
+  s.Circle(160, 60, 30);
+  Rect(s, 30, 30, 100, 90);
   *area = 160 * 120 + kPi * 3600 / 2 - (400 - kPi * 100) - kPi * 900 - 70 * 60;
-  return s.File();
+  return s.surface();
 }
 
 double Distance_To_Contour(HGLOBAL contour_block, double x, double y) {
@@ -259,7 +235,7 @@ TEST(Split, MesherCoversSections) {
   Mesher m;
   ASSERT_EQ(m.Run(Plate(plate), 8.0), 1);
   const Mesh mesh = m.mesh();
-  EXPECT_NEAR(Check_Cover(&plate.surface, mesh, 1e-9), 14400, 1e-9 * 14400);
+  EXPECT_NEAR(Check_Cover(plate.surface(), mesh, 1e-9), 14400, 1e-9 * 14400);
   EXPECT_EQ(Flags(mesh), (std::set<int>{0, 1, 2, 3}));
   for (const FE3Ang& t : mesh.tris) {  // no edge longer than h
     for (int k = 0; k < 3; ++k) {
@@ -275,7 +251,7 @@ TEST(Split, MesherCoversSections) {
   double exact = 0, h = 4;
   Mesher curved;
   ASSERT_EQ(curved.Run(Rounded(rounded, &exact), h), 1);
-  EXPECT_NEAR(Check_Cover(&rounded.surface, curved.mesh(), h * h / (8 * 20)), exact,
+  EXPECT_NEAR(Check_Cover(rounded.surface(), curved.mesh(), h * h / (8 * 20)), exact,
               520 * h * h / (8 * 20));
   EXPECT_EQ(Flags(curved.mesh()), (std::set<int>{0, 1, 2, 3}));
 }
@@ -285,11 +261,11 @@ TEST(Split, GridCoversSections) {
   for (bool tall : {false, true}) {
     Section s;
     if (tall) {  // the plate stood up: the other sweep
-      s.Rect(0, 0, 100, 200);
-      s.Rect(20, 20, 80, 60);
-      s.Rect(30, 100, 70, 180);
+      Rect(s, 0, 0, 100, 200);
+      Rect(s, 20, 20, 80, 60);
+      Rect(s, 30, 100, 70, 180);
     }
-    Surface_Type* surface = tall ? s.File() : Plate(s);
+    Surface_Type* surface = tall ? s.surface() : Plate(s);
     Grid g;
     // At a step of 5 every corner of the section lies on grid lines and
     // the cut is exact; at 6 each of the twelve corners is cut off by a
@@ -323,54 +299,49 @@ TEST(Split, GridCoversSections) {
 
 TEST(Split, GridTakesCellByItsCentre) {
   Section s;  // a diamond inside one cell, touching its sides
-  s.Polygon({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
+  s.Outline({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
   Grid g;
-  g.Run(s.File(), 10);
-  EXPECT_NEAR(Check_Cover(&s.surface, g.mesh(), 0), 50, 1e-12);
+  g.Run(s.surface(), 10);
+  EXPECT_NEAR(Check_Cover(s.surface(), g.mesh(), 0), 50, 1e-12);
 }
 
 TEST(Split, BadInputGivesEmptySplit) {
   Leak_Check leaks;
   Box_Capture boxes;
   Section empty, flat, nan;
-  empty.File();
-  flat.Polygon({{0, 0}, {10, 0}, {20, 0}});
-  flat.File();
-  nan.Rect(0, 0, 10, std::nan(""));
-  nan.File();
+  flat.Outline({{0, 0}, {10, 0}, {20, 0}});
+  Rect(nan, 0, 0, 10, std::nan(""));
   for (Section* s : {&empty, &flat, &nan}) {
     Grid g;
-    g.Run(&s->surface, 1);
+    g.Run(s->surface(), 1);
     EXPECT_EQ(g.tc, 0);
     Mesher m;
-    EXPECT_EQ(m.Run(&s->surface, 1), 0);
+    EXPECT_EQ(m.Run(s->surface(), 1), 0);
     EXPECT_EQ(m.split.triangle_count, 0);
   }
   HGLOBAL nodes = 0, tris = 0;
   int nc = 0, tc = 0;
   Section ok;
-  ok.Rect(0, 0, 10, 10);
-  ok.File();
+  Rect(ok, 0, 0, 10, 10);
   for (double h : {0.0, -1.0, std::nan(""), 1e-9}) {
-    EXPECT_EQ(Split_Surface_By_Grid(&ok.surface, &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
+    EXPECT_EQ(Split_Surface_By_Grid(ok.surface(), &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
   }
   EXPECT_EQ(Split_Surface_By_Grid(nullptr, &nodes, &nc, 1, 1, nullptr, &tc, &tris), -1);
   Mesher fine;  // would need 10^8 nodes: refused at once
-  EXPECT_EQ(fine.Run(&ok.surface, 1e-3), 0);
+  EXPECT_EQ(fine.Run(ok.surface(), 1e-3), 0);
   EXPECT_EQ(tc + nc, 0);
 
   // A hole outside its outer contour takes nothing away: both splits give
   // the outer square, as containment does.
   Section two;
-  two.Rect(0, 0, 10, 10);
-  two.Rect(20, 0, 30, 10);
-  two.File();
-  auto* outers = static_cast<HGLOBAL*>(GlobalLock(two.surface.outers));
+  Rect(two, 0, 0, 10, 10);
+  Rect(two, 20, 0, 30, 10);
+  auto* outers = static_cast<HGLOBAL*>(GlobalLock(two.surface()->outers));
   Surface_Type bad{};
   Add_Surface_Contour(&bad, outers[0], 0);
   Add_Surface_Contour(&bad, outers[1], 1);
-  GlobalUnlock(two.surface.outers);
-  two.surface.outer_count = 0;  // now owned by `bad`
+  GlobalUnlock(two.surface()->outers);
+  two.surface()->outer_count = 0;  // now owned by `bad`
   {
     Grid g;
     g.Run(&bad, 1);
@@ -389,13 +360,8 @@ namespace {
 // Runs Remove_Sliver_Triangles on the nodes and triangles given; returns
 // the number removed and leaves the result in the vectors.
 int Slivers(std::vector<FEPOINT>* nodes, std::vector<FE3Ang>* tris) {
-  HGLOBAL n = Alloc_FEPoints(static_cast<int>(nodes->size()));
-  HGLOBAL t = Alloc_FE3Ang(static_cast<int>(tris->size()));
+  HGLOBAL n = Block_Of(*nodes), t = Block_Of(*tris);
   int nc = static_cast<int>(nodes->size()), tc = static_cast<int>(tris->size());
-  std::copy(nodes->begin(), nodes->end(), static_cast<FEPOINT*>(GlobalLock(n)));
-  std::copy(tris->begin(), tris->end(), static_cast<FE3Ang*>(GlobalLock(t)));
-  GlobalUnlock(n);
-  GlobalUnlock(t);
   int removed = Remove_Sliver_Triangles(&t, &tc, &n, &nc, 5.0);
   Mesh m(n, nc, t, tc);
   EXPECT_EQ(GlobalSize(n), nc * sizeof(FEPOINT));
@@ -471,11 +437,7 @@ TEST(Split, RenumberingNarrowsTheBand) {
       tris.push_back({{id(i, j), id(i + 1, j + 1), id(i, j + 1)}});
     }
   }
-  HGLOBAL n = Alloc_FEPoints(nx * ny), t = Alloc_FE3Ang(static_cast<int>(tris.size()));
-  std::copy(nodes.begin(), nodes.end(), static_cast<FEPOINT*>(GlobalLock(n)));
-  std::copy(tris.begin(), tris.end(), static_cast<FE3Ang*>(GlobalLock(t)));
-  GlobalUnlock(n);
-  GlobalUnlock(t);
+  HGLOBAL n = Block_Of(nodes), t = Block_Of(tris);
   int tc = static_cast<int>(tris.size());
   EXPECT_GT(Get_FE_Bandwidth(t, tc), 100);
   ASSERT_EQ(Renumber_FE_Nodes(n, nx * ny, t, tc), 1);
@@ -498,11 +460,11 @@ TEST(Split, SectionInTwoPieces) {
   // Two plates, each with a hole: both outer contours flag 1, the holes 2
   // and 3, with either split.
   Section s;
-  s.Rect(0, 0, 40, 40);
-  s.Rect(60, 0, 100, 40);
-  s.Rect(10, 10, 20, 30);
-  s.Rect(70, 10, 90, 20);
-  Surface_Type* surface = s.File();
+  Rect(s, 0, 0, 40, 40);
+  Rect(s, 60, 0, 100, 40);
+  Rect(s, 10, 10, 20, 30);
+  Rect(s, 70, 10, 90, 20);
+  Surface_Type* surface = s.surface();
   ASSERT_EQ(surface->outer_count, 2);
   Grid g;
   g.Run(surface, 2);
