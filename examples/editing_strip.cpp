@@ -16,6 +16,8 @@
 
 #include <tessaline/tessaline.h>
 
+#include "picture.h"
+
 namespace {
 
 constexpr int kPanelW = 300, kPanelH = 180, kPanels = 7;
@@ -60,9 +62,8 @@ Curs_Pos_Type Clicks(double x0, double y0, double x1 = 0, double y1 = 0) {
 
 int main(int argc, char** argv) {
   const char* path = argc > 1 ? argv[1] : "editing.png";
-  HDC dc = CreateCompatibleDC(nullptr);
-  HBITMAP bitmap = CreateCompatibleBitmap(dc, kPanelW * kPanels, kPanelH);
-  HGDIOBJ old = SelectObject(dc, bitmap);
+  Picture picture(kPanelW * kPanels, kPanelH);
+  HDC dc = picture.dc();
   COLORREF colours[kObject_Colors];
   Set_Object_Colors(2, colours);
 
@@ -137,16 +138,8 @@ int main(int argc, char** argv) {
               contour.count, objects.count);
   Delete_El_Contour(&contour);
 
-  BOOL written = WriteDCPng(dc, path);
+  const bool written = picture.Write(path);
   DeleteObjectsArray(&objects);
   DeleteObjectsArray(&aux);
-  SelectObject(dc, old);
-  DeleteObject(bitmap);
-  DeleteDC(dc);
-  if (!written) {
-    std::fprintf(stderr, "cannot write %s\n", path);
-    return 1;
-  }
-  std::printf("wrote %s (%d x %d)\n", path, kPanelW * kPanels, kPanelH);
-  return found ? 0 : 1;
+  return written && found ? 0 : 1;
 }

@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "picture.h"
+
 namespace {
 
 // A 5 x 7 font for the names: one row of five bits per byte, top row first.
@@ -175,13 +177,9 @@ int main(int argc, char** argv) {
     // back from the library.
     const int cols = 4, cell_w = 120, cell_h = 124;
     int rows = (lib.GetCount() + cols - 1) / cols;
-    HDC dc = CreateCompatibleDC(nullptr);
-    HBITMAP sheet = CreateCompatibleBitmap(dc, cols * cell_w, rows * cell_h);
-    HGDIOBJ old = SelectObject(dc, sheet);
-    HBRUSH bg = CreateSolidBrush(RGB(250, 250, 250));
-    RECT all{0, 0, cols * cell_w, rows * cell_h};
-    FillRect(dc, &all, bg);
-    DeleteObject(bg);
+    Picture sheet(cols * cell_w, rows * cell_h);
+    sheet.Fill(RGB(250, 250, 250));
+    HDC dc = sheet.dc();
     CStringArray names;
     lib.GetSectionNames(names, 0, lib.GetCount() - 1);
     CDC cdc;
@@ -196,10 +194,7 @@ int main(int argc, char** argv) {
                 y + 106, names[static_cast<size_t>(i)], RGB(0, 0, 0));
     }
     cdc.Detach();
-    if (!WriteDCPng(dc, png.c_str())) rc = 1;
-    SelectObject(dc, old);
-    DeleteObject(sheet);
-    DeleteDC(dc);
+    if (!sheet.Write(png.c_str())) rc = 1;
     if (!fixtures.empty() && !Write_Fixtures(fixtures, lib, *shapes[0])) rc = 1;
   }
   std::remove(lib_path.c_str());

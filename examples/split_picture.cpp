@@ -2,43 +2,17 @@
 // mesher and draws the split over the filled section as PNG:
 // split_picture [file.png] (default split.png).
 //
-// The section is the plate of surface_picture: 160 mm long with a
-// half-round right end (radius 60) and a rounded top-left corner (radius
-// 20), 120 mm high, a round hole of radius 30 and a square hole. Triangle
+// The section is the plate of plate.h, as in surface_picture. Triangle
 // edges are drawn dark blue; boundary nodes are marked by their flag: red
 // on the outer contour, green on the first hole, orange on the second.
 #include <cstdio>
-#include <numbers>
 
 #include <tessaline/tessaline.h>
 
+#include "picture.h"
+#include "plate.h"
+
 namespace {
-
-constexpr double kPi = std::numbers::pi;
-
-void Add(Objects_Array_Type* a, HGLOBAL h) {
-  Add_Element_In_Array_by_Handle(a, h);
-}
-
-void Add_Arc(Objects_Array_Type* a, double xc, double yc, double r, double a1, double a2, double x1,
-             double y1, double x2, double y2) {
-  HGLOBAL h = Create_Arc(xc, yc, r, a1, a2);
-  Set_Arc_Ends(h, x1, y1, x2, y2);
-  Add(a, h);
-}
-
-void Draw_Section(Objects_Array_Type* a) {
-  Add(a, Create_Line(0, 0, 160, 0));
-  Add_Arc(a, 160, 60, 60, -kPi / 2, kPi / 2, 160, 0, 160, 120);
-  Add(a, Create_Line(160, 120, 20, 120));
-  Add_Arc(a, 20, 100, 20, kPi / 2, kPi, 20, 120, 0, 100);
-  Add(a, Create_Line(0, 100, 0, 0));
-  Add(a, Create_Circle(160, 60, 30));
-  Add(a, Create_Line(30, 30, 100, 30));
-  Add(a, Create_Line(100, 30, 100, 90));
-  Add(a, Create_Line(100, 90, 30, 90));
-  Add(a, Create_Line(30, 90, 30, 30));
-}
 
 COLORREF Flag_Colour(int flag) {
   switch (flag) {
@@ -58,7 +32,7 @@ int main(int argc, char** argv) {
   constexpr int kWidth = 800, kHeight = 600;
 
   Objects_Array_Type drawing{};
-  Draw_Section(&drawing);
+  plate::Draw(&drawing);
   Surface_Type surface{};
   Make_Surface_From_Objects(&drawing, &surface);
   FE_Split split{};
@@ -68,14 +42,10 @@ int main(int argc, char** argv) {
               split.node_count, split.triangle_count,
               Get_FE_Bandwidth(split.triangles, split.triangle_count));
 
-  Coord_Syst cs{};
-  cs.world = {-20, 60 - 97.5, 260, 195};
-  cs.window = {0, kHeight, kWidth, -kHeight};
-  HDC dc = CreateCompatibleDC(nullptr);
-  HBITMAP bitmap = CreateCompatibleBitmap(dc, kWidth, kHeight);
-  HGDIOBJ old_bitmap = SelectObject(dc, bitmap);
-  RECT all{0, 0, kWidth, kHeight};
-  FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  const Coord_Syst cs = plate::View(kWidth, kHeight);
+  Picture picture(kWidth, kHeight);
+  picture.Fill(RGB(255, 255, 255));
+  HDC dc = picture.dc();
   Draw_Surface(&surface, dc, &cs, RGB(200, 220, 240), CLR_INVALID);
 
   auto* nodes = static_cast<FEPOINT*>(GlobalLock(split.nodes));
@@ -110,11 +80,7 @@ int main(int argc, char** argv) {
   if (nodes) GlobalUnlock(split.nodes);
   if (tris) GlobalUnlock(split.triangles);
 
-  BOOL written = done && WriteDCPng(dc, path);
-  std::printf("%s %s\n", written ? "written to" : "could not write", path);
-  SelectObject(dc, old_bitmap);
-  DeleteObject(bitmap);
-  DeleteDC(dc);
+  const bool written = done && picture.Write(path);
   Free_FE_Split(&split);
   Delete_Surface(&surface);
   DeleteObjectsArray(&drawing);

@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "picture.h"
+
 namespace {
 
 std::map<std::string, double> Shape_Row(const std::string& path, const std::string& name) {
@@ -194,18 +196,12 @@ int main(int argc, char** argv) {
   Make_Surface_From_Objects(&b, &sb);
 
   constexpr int kWidth = 1000, kHeight = 520;
-  HDC dc = CreateCompatibleDC(nullptr);
-  HBITMAP bitmap = CreateCompatibleBitmap(dc, kWidth, kHeight);
-  HGDIOBJ old_bitmap = SelectObject(dc, bitmap);
-  RECT all{0, 0, kWidth, kHeight};
-  FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  Picture picture(kWidth, kHeight);
+  picture.Fill(RGB(255, 255, 255));
+  HDC dc = picture.dc();
   const bool done = Draw_Panel(dc, &sa, 0, 10, kWidth / 2, kHeight - 10) &&
                     Draw_Panel(dc, &sb, kWidth / 2, 10, kWidth / 2, kHeight - 10);
-  const BOOL written = done && WriteDCPng(dc, path);
-  std::printf("%s %s\n", written ? "written to" : "could not write", path);
-  SelectObject(dc, old_bitmap);
-  DeleteObject(bitmap);
-  DeleteDC(dc);
+  const bool written = done && picture.Write(path);
   Delete_Surface(&sa);
   Delete_Surface(&sb);
   DeleteObjectsArray(&a);

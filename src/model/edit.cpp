@@ -46,36 +46,30 @@ void Move_Element(HGLOBAL h, double dx, double dy) {
   Locked_Element e(h);
   if (!e) return;
   auto& u = e->u;
+  auto shift = [dx, dy](double& x, double& y) {
+    x += dx;
+    y += dy;
+  };
   switch (e->type) {
     case EL_POINT:
-      u.point.x += dx;
-      u.point.y += dy;
+      shift(u.point.x, u.point.y);
       break;
     case EL_SEGMENT:
-      u.seg.x1 += dx;
-      u.seg.y1 += dy;
-      u.seg.x2 += dx;
-      u.seg.y2 += dy;
+      shift(u.seg.x1, u.seg.y1);
+      shift(u.seg.x2, u.seg.y2);
       break;
     case EL_CIRCLE:
-      u.circle.xc += dx;
-      u.circle.yc += dy;
+      shift(u.circle.xc, u.circle.yc);
       break;
     case EL_ARC:
-      u.arc.xc += dx;
-      u.arc.yc += dy;
-      u.arc.x1 += dx;
-      u.arc.y1 += dy;
-      u.arc.x2 += dx;
-      u.arc.y2 += dy;
+      shift(u.arc.xc, u.arc.yc);
+      shift(u.arc.x1, u.arc.y1);
+      shift(u.arc.x2, u.arc.y2);
       break;
     case EL_POLYLINE: {
       Locked<double> xy(u.poly.nodes);
       size_t n = std::min(static_cast<size_t>(std::max(u.poly.n, 0)), xy.count() / 2);
-      for (size_t i = 0; i < n; ++i) {
-        xy[2 * i] += dx;
-        xy[2 * i + 1] += dy;
-      }
+      for (size_t i = 0; i < n; ++i) shift(xy[2 * i], xy[2 * i + 1]);
       break;
     }
     case EL_SPLINE: {

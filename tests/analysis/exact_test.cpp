@@ -278,48 +278,41 @@ TEST(ExactProperties, PolylineAndSplineOutlines) {
 }
 
 TEST(PlasticProperties, ClosedForms) {
-  {
-    Section s(Placement{12, -3, 0});
-    s.Rectangle(60, 140);
+  auto plastic = [](Section& s) {
     Plastic_Geometry p{};
-    ASSERT_EQ(Calc_Plastic_Surface_Param(s.surface(), &p), 1);
-    EXPECT_NEAR(p.x_axis.plastic_modulus, 60 * 140 * 140 / 4.0, 1e-12 * 60 * 140 * 140);
-    EXPECT_NEAR(p.y_axis.plastic_modulus, 140 * 60 * 60 / 4.0, 1e-12 * 60 * 140 * 140);
-    EXPECT_NEAR(p.x_axis.shape_factor, 1.5, 1e-12);
-    EXPECT_NEAR(p.x_axis.y, -3, 1e-10);
-    EXPECT_NEAR(p.y_axis.x, 12, 1e-10);
-    EXPECT_EQ(p.principal_angle, 0);  // the largest moment is about the horizontal axis
-    EXPECT_NEAR(p.major.plastic_modulus, p.x_axis.plastic_modulus, 1e-9);
-  }
-  {
-    Section s(Placement{-7, 4, 0});
-    s.Round(25);
-    Plastic_Geometry p{};
-    ASSERT_EQ(Calc_Plastic_Surface_Param(s.surface(), &p), 1);
-    const double d = 50;
-    EXPECT_NEAR(p.x_axis.plastic_modulus, d * d * d / 6, 1e-12 * d * d * d);
-    EXPECT_NEAR(p.y_axis.plastic_modulus, d * d * d / 6, 1e-12 * d * d * d);
-    EXPECT_NEAR(p.x_axis.shape_factor, 16 / (3 * kPi), 1e-12);
-  }
-  {
-    // I-section: flanges, web and four fillets about each axis through the
-    // centre (the section is doubly symmetric).
-    const double b = 200, h = 300, tw = 10, tf = 15, r = 18;
-    const double w = tw / 2, f = h / 2 - tf, q = kPi * r * r / 4, k = 4 * r / (3 * kPi);
-    const double fillet_y = r * r * (f - r / 2) - q * (f - r + k);
-    const double fillet_x = r * r * (w + r / 2) - q * (w + r - k);
-    const double zx = 2 * (b * tf * (f + tf / 2) + tw * f * f / 2 + 2 * fillet_y);
-    const double zy = 2 * (2 * tf * b * b / 8 + 2 * f * w * w / 2 + 2 * fillet_x);
-    Section s(Placement{100, 50, 0});
-    s.I_Section(b, h, tw, tf, r);
-    Plastic_Geometry p{};
-    ASSERT_EQ(Calc_Plastic_Surface_Param(s.surface(), &p), 1);
-    EXPECT_NEAR(p.x_axis.plastic_modulus, zx, 1e-12 * zx);
-    EXPECT_NEAR(p.y_axis.plastic_modulus, zy, 1e-12 * zx);
-    EXPECT_NEAR(p.x_axis.offset, 0, 1e-10);
-    EXPECT_NEAR(p.major.plastic_modulus, zx, 1e-12 * zx);
-    EXPECT_NEAR(p.minor.plastic_modulus, zy, 1e-12 * zx);
-  }
+    EXPECT_EQ(Calc_Plastic_Surface_Param(s.surface(), &p), 1);
+    return p;
+  };
+  Section rect(Placement{12, -3, 0}), round(Placement{-7, 4, 0}), i(Placement{100, 50, 0});
+  const Plastic_Geometry p = plastic(rect.Rectangle(60, 140));
+  EXPECT_NEAR(p.x_axis.plastic_modulus, 60 * 140 * 140 / 4.0, 1e-12 * 60 * 140 * 140);
+  EXPECT_NEAR(p.y_axis.plastic_modulus, 140 * 60 * 60 / 4.0, 1e-12 * 60 * 140 * 140);
+  EXPECT_NEAR(p.x_axis.shape_factor, 1.5, 1e-12);
+  EXPECT_NEAR(p.x_axis.y, -3, 1e-10);
+  EXPECT_NEAR(p.y_axis.x, 12, 1e-10);
+  EXPECT_EQ(p.principal_angle, 0);  // the largest moment is about the horizontal axis
+  EXPECT_NEAR(p.major.plastic_modulus, p.x_axis.plastic_modulus, 1e-9);
+
+  const double d = 50;
+  const Plastic_Geometry c = plastic(round.Round(d / 2));
+  EXPECT_NEAR(c.x_axis.plastic_modulus, d * d * d / 6, 1e-12 * d * d * d);
+  EXPECT_NEAR(c.y_axis.plastic_modulus, d * d * d / 6, 1e-12 * d * d * d);
+  EXPECT_NEAR(c.x_axis.shape_factor, 16 / (3 * kPi), 1e-12);
+
+  // I-section: flanges, web and four fillets about each axis through the
+  // centre (the section is doubly symmetric).
+  const double b = 200, h = 300, tw = 10, tf = 15, r = 18;
+  const double w = tw / 2, f = h / 2 - tf, q = kPi * r * r / 4, k = 4 * r / (3 * kPi);
+  const double fillet_y = r * r * (f - r / 2) - q * (f - r + k);
+  const double fillet_x = r * r * (w + r / 2) - q * (w + r - k);
+  const double zx = 2 * (b * tf * (f + tf / 2) + tw * f * f / 2 + 2 * fillet_y);
+  const double zy = 2 * (2 * tf * b * b / 8 + 2 * f * w * w / 2 + 2 * fillet_x);
+  const Plastic_Geometry ip = plastic(i.I_Section(b, h, tw, tf, r));
+  EXPECT_NEAR(ip.x_axis.plastic_modulus, zx, 1e-12 * zx);
+  EXPECT_NEAR(ip.y_axis.plastic_modulus, zy, 1e-12 * zx);
+  EXPECT_NEAR(ip.x_axis.offset, 0, 1e-10);
+  EXPECT_NEAR(ip.major.plastic_modulus, zx, 1e-12 * zx);
+  EXPECT_NEAR(ip.minor.plastic_modulus, zy, 1e-12 * zx);
 }
 
 TEST(PlasticProperties, AngleNeutralAxisAndRotation) {
@@ -364,42 +357,23 @@ TEST(ExactProperties, BadInput) {
   EXPECT_EQ(Calc_Exact_Surface_Param(ok.surface(), nullptr), 0);
   EXPECT_EQ(Calc_Plastic_Surface_Param(ok.surface(), nullptr), 0);
 
+  // Outer contours that bound no area, and holes with no section round them.
   Drawing d;
-  {
-    Surface_Record open;  // three sides of a square
-    open.Outer({d.Seg(0, 0, 1, 0), d.Seg(1, 0, 1, 1), d.Seg(1, 1, 0, 1)});
-    refused(&open.s);
-  }
-  {
-    Surface_Record flat;  // there and back: no height
-    flat.Outer({d.Seg(0, 0, 1, 0), d.Seg(1, 0, 0, 0)});
-    refused(&flat.s);
-  }
-  {
-    Surface_Record nan;
-    nan.Outer({d.Seg(0, 0, 1, 0), d.Seg(1, 0, NAN, 1), d.Seg(NAN, 1, 0, 0)});
-    refused(&nan.s);
-  }
-  {
-    Surface_Record point;  // a point element in the chain
-    point.Outer({d.Seg(0, 0, 1, 0), d.Add(Create_Point(1, 1)), d.Seg(1, 0, 0, 0)});
-    refused(&point.s);
-  }
-  {
-    Surface_Record zero;
-    zero.Outer({d.Circle(0, 0, 0)});
-    refused(&zero.s);
-  }
-  {
-    Surface_Record apart;  // a hole beside the section, not in it
-    apart.Outer(d.Square(0, 0, 2));
-    apart.Hole(d.Square(3, 0, 1));
-    refused(&apart.s);
-  }
-  {
-    Surface_Record hole_only;
-    hole_only.Hole(d.Square(0, 0, 1));
-    refused(&hole_only.s);
+  const std::vector<std::pair<std::vector<HGLOBAL>, std::vector<HGLOBAL>>> bad = {
+      {{d.Seg(0, 0, 1, 0), d.Seg(1, 0, 1, 1), d.Seg(1, 1, 0, 1)}, {}},  // three sides of a square
+      {{d.Seg(0, 0, 1, 0), d.Seg(1, 0, 0, 0)}, {}},                     // there and back
+      {{d.Seg(0, 0, 1, 0), d.Seg(1, 0, NAN, 1), d.Seg(NAN, 1, 0, 0)}, {}},
+      {{d.Seg(0, 0, 1, 0), d.Add(Create_Point(1, 1)), d.Seg(1, 0, 0, 0)},
+       {}},  // a point in the chain
+      {{d.Circle(0, 0, 0)}, {}},
+      {d.Square(0, 0, 2), d.Square(3, 0, 1)},  // a hole beside the section, not in it
+      {{}, d.Square(0, 0, 1)},                 // a hole only
+  };
+  for (const auto& [outer, hole] : bad) {
+    Surface_Record r;
+    if (!outer.empty()) r.Outer(outer);
+    if (!hole.empty()) r.Hole(hole);
+    refused(&r.s);
   }
   EXPECT_EQ(g.area, 42);
   EXPECT_EQ(p.area, 42);

@@ -8,6 +8,7 @@
 
 #include "analysis/grid.h"
 #include "contour/drawing.h"
+#include "support/section.h"
 #include "support/sections.h"
 
 namespace {
@@ -137,11 +138,8 @@ TEST(GridIntegration, InnerRectangleShortcut) {
 struct Hand_Split {
   FE_Split s{};
   Hand_Split(const std::vector<FEPOINT>& nodes, const std::vector<FE3Ang>& triangles) {
-    s.nodes = GlobalAlloc(GHND, nodes.size() * sizeof(FEPOINT));
-    s.triangles = GlobalAlloc(GHND, triangles.size() * sizeof(FE3Ang));
-    std::copy(nodes.begin(), nodes.end(), static_cast<FEPOINT*>(GlobalLock(s.nodes)));
-    std::copy(triangles.begin(), triangles.end(), static_cast<FE3Ang*>(GlobalLock(s.triangles)));
-    GlobalUnlock(s.nodes), GlobalUnlock(s.triangles);
+    s.nodes = Block_Of(nodes);
+    s.triangles = Block_Of(triangles);
     s.node_count = static_cast<int32_t>(nodes.size());
     s.triangle_count = static_cast<int32_t>(triangles.size());
   }

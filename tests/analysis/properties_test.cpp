@@ -48,7 +48,6 @@ TEST(Properties, MomentsAtAngle) {
     EXPECT_NEAR(Moment2X_C_by_Angle(ix, iy, ixy, t) + Moment2Y_C_by_Angle(ix, iy, ixy, t), 10,
                 1e-13);
   }
-  EXPECT_EQ(Polar_Moment(2.5, 4), 6.5);
 }
 
 TEST(Properties, ClearKeepsTheLastField) {

@@ -13,62 +13,38 @@
 
 #include "platform/mesher.h"
 #include "support/capture.h"
+#include "support/section.h"
+#include "support/sections.h"
 
 namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-// A section drawn into an objects array and filed into a surface.
-struct Section {
-  Objects_Array_Type objects{};
-  Surface_Type surface{};
-  ~Section() {
-    Delete_Surface(&surface);
-    DeleteObjectsArray(&objects);
-  }
-  void Add(HGLOBAL h) { Add_Element_In_Array_by_Handle(&objects, h); }
-  void Polygon(std::vector<std::pair<double, double>> p) {
-    for (size_t i = 0; i < p.size(); ++i) {
-      auto [x1, y1] = p[i];
-      auto [x2, y2] = p[(i + 1) % p.size()];
-      Add(Create_Line(x1, y1, x2, y2));
-    }
-  }
-  void Rect(double x0, double y0, double x1, double y1) {
-    Polygon({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
-  }
-  void Arc(double xc, double yc, double r, double a1, double a2, double x1, double y1, double x2,
-           double y2) {
-    HGLOBAL h = Create_Arc(xc, yc, r, a1, a2);
-    Set_Arc_Ends(h, x1, y1, x2, y2);
-    Add(h);
-  }
-  Surface_Type* File() {
-    Make_Surface_From_Objects(&objects, &surface);
-    return &surface;
-  }
-};
+// The rectangle from (x0, y0) to (x1, y1).
+void Rect(Section& s, double x0, double y0, double x1, double y1) {
+  s.Outline({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
+}
 
 // A plate 200 x 100 with two rectangular holes: area 14 400.
 Surface_Type* Plate(Section& s) {
-  s.Rect(0, 0, 200, 100);
-  s.Rect(20, 20, 60, 80);
-  s.Rect(100, 30, 180, 70);
-  return s.File();
+  Rect(s, 0, 0, 200, 100);
+  Rect(s, 20, 20, 60, 80);
+  Rect(s, 100, 30, 180, 70);
+  return s.surface();
 }
 
 // A plate with a half-round end, a rounded corner, a round and a square
 // hole (the section of the surface picture).
 Surface_Type* Rounded(Section& s, double* area) {
-  s.Add(Create_Line(0, 0, 160, 0));
-  s.Arc(160, 60, 60, -kPi / 2, kPi / 2, 160, 0, 160, 120);
-  s.Add(Create_Line(160, 120, 20, 120));
-  s.Arc(20, 100, 20, kPi / 2, kPi, 20, 120, 0, 100);
-  s.Add(Create_Line(0, 100, 0, 0));
-  s.Add(Create_Circle(160, 60, 30));
-  s.Rect(30, 30, 100, 90);
+  s.Segment(0, 0, 160, 0);
+  s.Arc(160, 60, 160, 0, 160, 120);
+  s.Segment(160, 120, 20, 120);
+  s.Arc(20, 100, 20, 120, 0, 100);
+  s.Segment(0, 100, 0, 0);
+  s.Circle(160, 60, 30);
+  Rect(s, 30, 30, 100, 90);
   *area = 160 * 120 + kPi * 3600 / 2 - (400 - kPi * 100) - kPi * 900 - 70 * 60;
-  return s.File();
+  return s.surface();
 }
 
 double Distance_To_Contour(HGLOBAL contour_block, double x, double y) {
@@ -171,6 +147,33 @@ std::set<int> Flags(const Mesh& m) {
   return f;
 }
 
+// A grid split that frees its blocks.
+struct Grid {
+  HGLOBAL nodes = 0, tris = 0;
+  int nc = 0, tc = 0;
+  ~Grid() {
+    GlobalFree(nodes);
+    GlobalFree(tris);
+  }
+  int Run(Surface_Type* s, double h, CProgressDlg* progress = nullptr) {
+    return Split_Surface_By_Grid(s, &nodes, &nc, h, h, progress, &tc, &tris);
+  }
+  Mesh mesh() const { return Mesh(nodes, nc, tris, tc); }
+};
+
+// A mesher split that frees its blocks.
+struct Mesher {
+  FE_Split split{};
+  ~Mesher() { Free_FE_Split(&split); }
+  int Run(Surface_Type* s, double h) {
+    return Split_Surface_By_Mesher(s, &split, &split.node_count, &split.triangles,
+                                   &split.triangle_count, nullptr, h);
+  }
+  Mesh mesh() const {
+    return Mesh(split.nodes, split.node_count, split.triangles, split.triangle_count);
+  }
+};
+
 struct Recorder : CProgressDlg {
   std::vector<int> seen;
   int SetPos(int pos) override {
@@ -225,45 +228,32 @@ TEST(Split, NodeBlocks) {
   EXPECT_EQ(Add_FE_Point(&stale, &count, 0, 0, 0), -1);
 }
 
-TEST(Split, MesherCoversStraightSections) {
+TEST(Split, MesherCoversSections) {
   if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
   Leak_Check leaks;
-  Section s;
-  Surface_Type* surface = Plate(s);
-  FE_Split split{};
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, 8.0),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 14400, 1e-9 * 14400);
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  for (const FE3Ang& t : m.tris) {  // no edge longer than h
+  Section plate;
+  Mesher m;
+  ASSERT_EQ(m.Run(Plate(plate), 8.0), 1);
+  const Mesh mesh = m.mesh();
+  EXPECT_NEAR(Check_Cover(plate.surface(), mesh, 1e-9), 14400, 1e-9 * 14400);
+  EXPECT_EQ(Flags(mesh), (std::set<int>{0, 1, 2, 3}));
+  for (const FE3Ang& t : mesh.tris) {  // no edge longer than h
     for (int k = 0; k < 3; ++k) {
-      const FEPOINT &a = m.nodes[t.n[k]], &b = m.nodes[t.n[(k + 1) % 3]];
+      const FEPOINT &a = mesh.nodes[t.n[k]], &b = mesh.nodes[t.n[(k + 1) % 3]];
       EXPECT_LE(std::hypot(a.x - b.x, a.y - b.y), 8.0 * (1 + 1e-12));
     }
   }
-  EXPECT_LT(Get_FE_Bandwidth(split.triangles, split.triangle_count), split.node_count / 5);
-  Free_FE_Split(&split);
-}
+  EXPECT_LT(Get_FE_Bandwidth(m.split.triangles, m.split.triangle_count), m.split.node_count / 5);
 
-TEST(Split, MesherCoversCurvedSections) {
-  if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
-  Leak_Check leaks;
-  Section s;
-  double exact = 0;
-  Surface_Type* surface = Rounded(s, &exact);
-  FE_Split split{};
-  double h = 4;
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, h),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
   // Chords of at most h on radii of at least 20 cut at most h^2 / (8 r) off
   // the curves' 520 mm.
-  EXPECT_NEAR(Check_Cover(surface, m, h * h / (8 * 20)), exact, 520 * h * h / (8 * 20));
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  Free_FE_Split(&split);
+  Section rounded;
+  double exact = 0, h = 4;
+  Mesher curved;
+  ASSERT_EQ(curved.Run(Rounded(rounded, &exact), h), 1);
+  EXPECT_NEAR(Check_Cover(rounded.surface(), curved.mesh(), h * h / (8 * 20)), exact,
+              520 * h * h / (8 * 20));
+  EXPECT_EQ(Flags(curved.mesh()), (std::set<int>{0, 1, 2, 3}));
 }
 
 TEST(Split, GridCoversSections) {
@@ -271,20 +261,19 @@ TEST(Split, GridCoversSections) {
   for (bool tall : {false, true}) {
     Section s;
     if (tall) {  // the plate stood up: the other sweep
-      s.Rect(0, 0, 100, 200);
-      s.Rect(20, 20, 80, 60);
-      s.Rect(30, 100, 70, 180);
+      Rect(s, 0, 0, 100, 200);
+      Rect(s, 20, 20, 80, 60);
+      Rect(s, 30, 100, 70, 180);
     }
-    Surface_Type* surface = tall ? s.File() : Plate(s);
-    HGLOBAL nodes = 0, tris = 0;
-    int nc = 0, tc = 0;
+    Surface_Type* surface = tall ? s.surface() : Plate(s);
+    Grid g;
     // At a step of 5 every corner of the section lies on grid lines and
     // the cut is exact; at 6 each of the twelve corners is cut off by a
     // chord across its cell (half a cell at most).
     for (double h : {5.0, 6.0}) {
       Recorder progress;
-      EXPECT_GE(Split_Surface_By_Grid(surface, &nodes, &nc, h, h, &progress, &tc, &tris), 0);
-      Mesh m(nodes, nc, tris, tc);
+      EXPECT_GE(g.Run(surface, h, &progress), 0);
+      const Mesh m = g.mesh();
       double cut = h == 6 ? 1.5 * h : 0;
       EXPECT_NEAR(Check_Cover(surface, m, 1e-9, cut), 14400, h == 6 ? 12 * h * h / 2 : 1e-9);
       EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
@@ -294,101 +283,75 @@ TEST(Split, GridCoversSections) {
       EXPECT_EQ(progress.seen[progress.seen.size() - 2], 40);
       EXPECT_EQ(progress.seen.back(), 50);
     }
-    GlobalFree(nodes);
-    GlobalFree(tris);
   }
-}
-
-TEST(Split, GridCoversCurvedSections) {
-  Leak_Check leaks;
+  // Curves: chords across cells of diagonal h sqrt 2 on radii of at least
+  // 20, and the rounded corner's cut.
   Section s;
   double exact = 0;
   Surface_Type* surface = Rounded(s, &exact);
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
+  Grid g;
   for (double h : {4.0, 2.5}) {
-    Split_Surface_By_Grid(surface, &nodes, &nc, h, h, nullptr, &tc, &tris);
-    Mesh m(nodes, nc, tris, tc);
-    // Chords across cells of diagonal h sqrt 2 on radii of at least 20, and
-    // the rounded corner's cut.
-    EXPECT_NEAR(Check_Cover(surface, m, 1e-9, 1.5 * h), exact, 520 * 2 * h * h / (8 * 20) + h * h);
+    g.Run(surface, h);
+    EXPECT_NEAR(Check_Cover(surface, g.mesh(), 1e-9, 1.5 * h), exact,
+                520 * 2 * h * h / (8 * 20) + h * h);
   }
-  GlobalFree(nodes);
-  GlobalFree(tris);
 }
 
 TEST(Split, GridTakesCellByItsCentre) {
   Section s;  // a diamond inside one cell, touching its sides
-  s.Polygon({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
-  Split_Surface_By_Grid(s.File(), &nodes, &nc, 10, 10, nullptr, &tc, &tris);
-  Mesh m(nodes, nc, tris, tc);
-  EXPECT_NEAR(Check_Cover(&s.surface, m, 0), 50, 1e-12);
-  GlobalFree(nodes);
-  GlobalFree(tris);
+  s.Outline({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
+  Grid g;
+  g.Run(s.surface(), 10);
+  EXPECT_NEAR(Check_Cover(s.surface(), g.mesh(), 0), 50, 1e-12);
 }
 
 TEST(Split, BadInputGivesEmptySplit) {
   Leak_Check leaks;
   Box_Capture boxes;
   Section empty, flat, nan;
-  empty.File();
-  flat.Polygon({{0, 0}, {10, 0}, {20, 0}});
-  flat.File();
-  nan.Rect(0, 0, 10, std::nan(""));
-  nan.File();
+  flat.Outline({{0, 0}, {10, 0}, {20, 0}});
+  Rect(nan, 0, 0, 10, std::nan(""));
   for (Section* s : {&empty, &flat, &nan}) {
-    HGLOBAL nodes = 0, tris = 0;
-    int nc = 0, tc = 0;
-    Split_Surface_By_Grid(&s->surface, &nodes, &nc, 1, 1, nullptr, &tc, &tris);
-    EXPECT_EQ(tc, 0);
-    FE_Split split{};
-    EXPECT_EQ(Split_Surface_By_Mesher(&s->surface, &split, &split.node_count, &split.triangles,
-                                      &split.triangle_count, nullptr, 1),
-              0);
-    EXPECT_EQ(split.triangle_count, 0);
+    Grid g;
+    g.Run(s->surface(), 1);
+    EXPECT_EQ(g.tc, 0);
+    Mesher m;
+    EXPECT_EQ(m.Run(s->surface(), 1), 0);
+    EXPECT_EQ(m.split.triangle_count, 0);
   }
   HGLOBAL nodes = 0, tris = 0;
   int nc = 0, tc = 0;
   Section ok;
-  ok.Rect(0, 0, 10, 10);
-  ok.File();
+  Rect(ok, 0, 0, 10, 10);
   for (double h : {0.0, -1.0, std::nan(""), 1e-9}) {
-    EXPECT_EQ(Split_Surface_By_Grid(&ok.surface, &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
+    EXPECT_EQ(Split_Surface_By_Grid(ok.surface(), &nodes, &nc, h, 1, nullptr, &tc, &tris), -1);
   }
   EXPECT_EQ(Split_Surface_By_Grid(nullptr, &nodes, &nc, 1, 1, nullptr, &tc, &tris), -1);
-  FE_Split fine{};  // would need 10^8 nodes: refused at once
-  EXPECT_EQ(Split_Surface_By_Mesher(&ok.surface, &fine, &fine.node_count, &fine.triangles,
-                                    &fine.triangle_count, nullptr, 1e-3),
-            0);
+  Mesher fine;  // would need 10^8 nodes: refused at once
+  EXPECT_EQ(fine.Run(ok.surface(), 1e-3), 0);
   EXPECT_EQ(tc + nc, 0);
 
   // A hole outside its outer contour takes nothing away: both splits give
   // the outer square, as containment does.
   Section two;
-  two.Rect(0, 0, 10, 10);
-  two.Rect(20, 0, 30, 10);
-  two.File();
-  auto* outers = static_cast<HGLOBAL*>(GlobalLock(two.surface.outers));
+  Rect(two, 0, 0, 10, 10);
+  Rect(two, 20, 0, 30, 10);
+  auto* outers = static_cast<HGLOBAL*>(GlobalLock(two.surface()->outers));
   Surface_Type bad{};
   Add_Surface_Contour(&bad, outers[0], 0);
   Add_Surface_Contour(&bad, outers[1], 1);
-  GlobalUnlock(two.surface.outers);
-  two.surface.outer_count = 0;  // now owned by `bad`
-  Split_Surface_By_Grid(&bad, &nodes, &nc, 1, 1, nullptr, &tc, &tris);
-  EXPECT_NEAR(Check_Cover(&bad, Mesh(nodes, nc, tris, tc), 0), 100, 1e-12);
-  GlobalFree(nodes);
-  GlobalFree(tris);
-  FE_Split split{};
-  if (Mesher_Available()) {
-    EXPECT_EQ(Split_Surface_By_Mesher(&bad, &split, &split.node_count, &split.triangles,
-                                      &split.triangle_count, nullptr, 2),
-              1);
-    Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-    EXPECT_NEAR(Check_Cover(&bad, m, 0), 100, 1e-12);
+  GlobalUnlock(two.surface()->outers);
+  two.surface()->outer_count = 0;  // now owned by `bad`
+  {
+    Grid g;
+    g.Run(&bad, 1);
+    EXPECT_NEAR(Check_Cover(&bad, g.mesh(), 0), 100, 1e-12);
+    Mesher m;
+    if (Mesher_Available()) {
+      EXPECT_EQ(m.Run(&bad, 2), 1);
+      EXPECT_NEAR(Check_Cover(&bad, m.mesh(), 0), 100, 1e-12);
+    }
   }
-  Free_FE_Split(&split);
   Delete_Surface(&bad);
 }
 
@@ -397,13 +360,8 @@ namespace {
 // Runs Remove_Sliver_Triangles on the nodes and triangles given; returns
 // the number removed and leaves the result in the vectors.
 int Slivers(std::vector<FEPOINT>* nodes, std::vector<FE3Ang>* tris) {
-  HGLOBAL n = Alloc_FEPoints(static_cast<int>(nodes->size()));
-  HGLOBAL t = Alloc_FE3Ang(static_cast<int>(tris->size()));
+  HGLOBAL n = Block_Of(*nodes), t = Block_Of(*tris);
   int nc = static_cast<int>(nodes->size()), tc = static_cast<int>(tris->size());
-  std::copy(nodes->begin(), nodes->end(), static_cast<FEPOINT*>(GlobalLock(n)));
-  std::copy(tris->begin(), tris->end(), static_cast<FE3Ang*>(GlobalLock(t)));
-  GlobalUnlock(n);
-  GlobalUnlock(t);
   int removed = Remove_Sliver_Triangles(&t, &tc, &n, &nc, 5.0);
   Mesh m(n, nc, t, tc);
   EXPECT_EQ(GlobalSize(n), nc * sizeof(FEPOINT));
@@ -479,11 +437,7 @@ TEST(Split, RenumberingNarrowsTheBand) {
       tris.push_back({{id(i, j), id(i + 1, j + 1), id(i, j + 1)}});
     }
   }
-  HGLOBAL n = Alloc_FEPoints(nx * ny), t = Alloc_FE3Ang(static_cast<int>(tris.size()));
-  std::copy(nodes.begin(), nodes.end(), static_cast<FEPOINT*>(GlobalLock(n)));
-  std::copy(tris.begin(), tris.end(), static_cast<FE3Ang*>(GlobalLock(t)));
-  GlobalUnlock(n);
-  GlobalUnlock(t);
+  HGLOBAL n = Block_Of(nodes), t = Block_Of(tris);
   int tc = static_cast<int>(tris.size());
   EXPECT_GT(Get_FE_Bandwidth(t, tc), 100);
   ASSERT_EQ(Renumber_FE_Nodes(n, nx * ny, t, tc), 1);
@@ -506,27 +460,20 @@ TEST(Split, SectionInTwoPieces) {
   // Two plates, each with a hole: both outer contours flag 1, the holes 2
   // and 3, with either split.
   Section s;
-  s.Rect(0, 0, 40, 40);
-  s.Rect(60, 0, 100, 40);
-  s.Rect(10, 10, 20, 30);
-  s.Rect(70, 10, 90, 20);
-  Surface_Type* surface = s.File();
+  Rect(s, 0, 0, 40, 40);
+  Rect(s, 60, 0, 100, 40);
+  Rect(s, 10, 10, 20, 30);
+  Rect(s, 70, 10, 90, 20);
+  Surface_Type* surface = s.surface();
   ASSERT_EQ(surface->outer_count, 2);
-  HGLOBAL nodes = 0, tris = 0;
-  int nc = 0, tc = 0;
-  Split_Surface_By_Grid(surface, &nodes, &nc, 2, 2, nullptr, &tc, &tris);
-  Mesh g(nodes, nc, tris, tc);
-  EXPECT_NEAR(Check_Cover(surface, g, 0), 3200 - 400, 1e-9);
-  EXPECT_EQ(Flags(g), (std::set<int>{0, 1, 2, 3}));
-  GlobalFree(nodes);
-  GlobalFree(tris);
-  if (!Mesher_Available()) return;
-  FE_Split split{};
-  ASSERT_EQ(Split_Surface_By_Mesher(surface, &split, &split.node_count, &split.triangles,
-                                    &split.triangle_count, nullptr, 3),
-            1);
-  Mesh m(split.nodes, split.node_count, split.triangles, split.triangle_count);
-  EXPECT_NEAR(Check_Cover(surface, m, 1e-9), 3200 - 400, 1e-9);
-  EXPECT_EQ(Flags(m), (std::set<int>{0, 1, 2, 3}));
-  Free_FE_Split(&split);
+  Grid g;
+  g.Run(surface, 2);
+  Mesher m;
+  std::vector<Mesh> meshes{g.mesh()};
+  if (Mesher_Available() && m.Run(surface, 3) == 1) meshes.push_back(m.mesh());
+  EXPECT_EQ(meshes.size(), Mesher_Available() ? 2u : 1u);
+  for (const Mesh& mesh : meshes) {
+    EXPECT_NEAR(Check_Cover(surface, mesh, 1e-9), 3200 - 400, 1e-9);
+    EXPECT_EQ(Flags(mesh), (std::set<int>{0, 1, 2, 3}));
+  }
 }

@@ -7,18 +7,9 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 
 namespace {
-
-Curs_Pos_Type Record(std::initializer_list<std::pair<double, double>> points) {
-  Curs_Pos_Type c{};
-  for (auto& p : points) {
-    c.x[c.count] = p.first;
-    c.y[c.count] = p.second;
-    ++c.count;
-  }
-  return c;
-}
 
 struct Stored {
   int32_t type, attr, ct, count;
@@ -51,7 +42,7 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
   HGLOBAL seg = Create_Line(1, 2, 7, 2), pt1 = Create_Point(1, 1), pt2 = Create_Point(4, 5);
   HGLOBAL circle = Create_Circle(0, 0, 5);
   for (HGLOBAL h : {seg, pt1, pt2, circle}) Add_Element_In_Array_by_Handle(&parents, h);
-  const Curs_Pos_Type c = Record({{3, 4}, {6, 8}, {0, 2}});
+  const Curs_Pos_Type c = Cursor({{3, 4}, {6, 8}, {0, 2}});
   const std::vector<double> line = {3, 4, 6, 8};
   struct Case {
     const char* name;
@@ -60,6 +51,7 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
     std::vector<HGLOBAL> slots;
     std::vector<double> geometry;
   };
+  // clang-format off
   const Case cases[] = {
       {"vert", Add_Auxil_Vert_Line(&c, &a), EL_SEGMENT, 0, 0, 0, {}, {3, 4, 3, 14}},
       {"horiz", Add_Auxil_Horiz_Line(&c, &a), EL_SEGMENT, 0, 0, 0, {}, {3, 4, 13, 4}},
@@ -68,33 +60,12 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
       {"v free", Add_Aux_V_Line_P(&c, &a, 0, 5), EL_SEGMENT, 0, 0, 0, {}, {3, 4, 3, 14}},
       {"line", Add_Auxil_Line(&c, &a, 0, 0, 0, 0), EL_SEGMENT, 0, 0, 0, {}, line},
       {"line e1", Add_Auxil_Line(&c, &a, seg, 1, 0, 0), EL_SEGMENT, 0, 11, 2, {seg, 1}, line},
-      {"line e2",
-       Add_Auxil_Line(&c, &a, 0, 0, pt2, 3),
-       EL_SEGMENT,
-       0,
-       11,
-       2,
-       {pt2, 3},
-       {6, 8, 3, 4}},
-      {"line e1 e2",
-       Add_Auxil_Line(&c, &a, seg, 0, pt2, 3),
-       EL_SEGMENT,
-       0,
-       25,
-       4,
-       {seg, 0, pt2, 3},
-       line},
+      {"line e2", Add_Auxil_Line(&c, &a, 0, 0, pt2, 3), EL_SEGMENT, 0, 11, 2, {pt2, 3}, {6, 8, 3, 4}},
+      {"line e1 e2", Add_Auxil_Line(&c, &a, seg, 0, pt2, 3), EL_SEGMENT, 0, 25, 4, {seg, 0, pt2, 3}, line},
       {"2P", Add_Auxil_Line_2P(&c, &a, pt1, seg), EL_SEGMENT, 0, 25, 2, {pt1, seg}, {1, 1, 0, 0}},
       {"per", Add_Aux_Per_Line(&c, &a, seg), EL_SEGMENT, 0, 2, 1, {seg}, line},
       {"par", Add_Aux_Par_Line(&c, &a, seg), EL_SEGMENT, 0, 1, 0, {seg}, line},  // count left 0
-      {"per circle",
-       Add_Auxil_Line_PerToCircle(&c, &a, circle),
-       EL_SEGMENT,
-       0,
-       12,
-       1,
-       {circle},
-       line},
+      {"per circle", Add_Auxil_Line_PerToCircle(&c, &a, circle), EL_SEGMENT, 0, 12, 1, {circle}, line},
       {"cross", Add_Aux_Node_Cross2L(&c, &a, seg, seg), EL_POINT, 0, 5, 0, {seg, seg}, {3, 4}},
       {"CR", Add_Aux_Circle_CR(&c, &a, pt1), EL_CIRCLE, 0, 13, 1, {pt1}, {3, 4, 5}},
       {"CR free", Add_Aux_Circle_CR(&c, &a, 0), EL_CIRCLE, 0, 0, 0, {}, {3, 4, 5}},
@@ -103,6 +74,7 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
       {"3P 29", Add_Circle_3P(&c, &a, 2, pt1, pt2, seg), EL_CIRCLE, 0, 29, 3, {pt1, pt2, seg}, {}},
       {"3P free", Add_Circle_3P(&c, &a, 3, pt1, 0, seg), EL_CIRCLE, 1, 0, 0, {}, {}},
   };
+  // clang-format on
   int index = 0;
   for (const Case& k : cases) {
     ASSERT_NE(k.h, 0u) << k.name;
@@ -118,7 +90,7 @@ TEST(AuxCreate, EachConstructorStoresItsElementAndParents) {
     }
   }
   // Through (0, 0), (2, 0), (0, 2): centre (1, 1), radius sqrt 2.
-  const Curs_Pos_Type right = Record({{0, 0}, {2, 0}, {0, 2}});
+  const Curs_Pos_Type right = Cursor({{0, 0}, {2, 0}, {0, 2}});
   HGLOBAL k3 = Add_Circle_3P(&right, &a, 0, 0, 0, 0);
   double xc, yc, r;
   ASSERT_TRUE(Get_Circle_Param_by_Handle(k3, &xc, &yc, &r));
@@ -136,9 +108,9 @@ TEST(AuxCreate, RefusalsAddNothing) {
   Box_Capture boxes;
   Objects_Array_Type a{};
   HGLOBAL circle = Create_Circle(0, 0, 5);
-  const Curs_Pos_Type same = Record({{2, 3}, {2, 3}, {9, 9}});
-  const Curs_Pos_Type kite = Record({{0, 0}, {1, 1}, {2, 0}});
-  const Curs_Pos_Type line = Record({{0, 0}, {1, 1}, {2, 2}});
+  const Curs_Pos_Type same = Cursor({{2, 3}, {2, 3}, {9, 9}});
+  const Curs_Pos_Type kite = Cursor({{0, 0}, {1, 1}, {2, 0}});
+  const Curs_Pos_Type line = Cursor({{0, 0}, {1, 1}, {2, 2}});
   const HGLOBAL refused[] = {
       Add_Auxil_Line(&same, &a, 0, 0, 0, 0),  Add_Aux_Per_Line(&same, &a, circle),
       Add_Aux_Par_Line(&same, &a, circle),    Add_Auxil_Line_PerToCircle(&same, &a, circle),

@@ -4,19 +4,12 @@
 #include <algorithm>
 
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/surface.h"
 
 namespace {
 
 constexpr COLORREF kPaper = RGB(255, 255, 255);
-
-HGLOBAL Auxiliary_Line(double x1, double y1, double x2, double y2) {
-  HGLOBAL h = Create_Line(x1, y1, x2, y2);
-  auto* e = static_cast<Element_Record*>(GlobalLock(h));
-  e->attr = 0;
-  GlobalUnlock(h);
-  return h;
-}
 
 }  // namespace
 
@@ -36,7 +29,8 @@ TEST(AuxDraw, InfiniteLinesReachTheViewportEdges) {
   } cases[] = {{10, 10, 60, 20, {0, 134}, 200}, {20, 5, 25, 35, {63, 0}, 150}};
   for (const Case& k : cases) {
     Surface s(200, 150);
-    HGLOBAL h = Auxiliary_Line(k.x1, k.y1, k.x2, k.y2);
+    HGLOBAL h = Create_Line(k.x1, k.y1, k.x2, k.y2);
+    Set_Attr(h, 0);
     SetBkMode(s.dc(), OPAQUE);
     SetBkColor(s.dc(), RGB(1, 1, 1));
     Draw_Auxil_Element(s.dc(), &cs, h, col);
@@ -52,9 +46,7 @@ TEST(AuxDraw, InfiniteLinesReachTheViewportEdges) {
     EXPECT_EQ(t.Bits(), s.Bits());
     // With bit 0x01 set the auxiliary drawing leaves it to the ordinary one.
     Surface u(200, 150);
-    auto* e = static_cast<Element_Record*>(GlobalLock(h));
-    e->attr = ATTR_ORDINARY;
-    GlobalUnlock(h);
+    Set_Attr(h, ATTR_ORDINARY);
     Draw_Auxil_Element(u.dc(), &cs, h, col);
     EXPECT_TRUE(u.Where(kPaper, false).empty());
     Delete_Element(h);
@@ -63,7 +55,8 @@ TEST(AuxDraw, InfiniteLinesReachTheViewportEdges) {
   // element): the same line through P0.
   {
     Surface v(200, 150), r(200, 150);
-    HGLOBAL vert = Auxiliary_Line(30, 5, 30, 60);
+    HGLOBAL vert = Create_Line(30, 5, 30, 60);
+    Set_Attr(vert, 0);
     Draw_Auxil_Line(v.dc(), &cs, vert, col);
     Curs_Pos_Type c{{30, 31}, {5, 60}, 2};
     Draw_Rubber_Auxil_Vert_Line(r.dc(), &cs, &c, col[6]);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/surface.h"
 
 namespace {
@@ -17,16 +18,7 @@ constexpr double kPi = 3.14159265358979323846;
 
 Curs_Pos_Type Record(double x0, double y0, double x1 = 0, double y1 = 0, double x2 = 0,
                      double y2 = 0) {
-  Curs_Pos_Type c{};
-  c.x[0] = x0, c.y[0] = y0, c.x[1] = x1, c.y[1] = y1, c.x[2] = x2, c.y[2] = y2, c.count = 3;
-  return c;
-}
-
-HGLOBAL Arc_With_Ends(double xc, double yc, double r, double a1, double a2) {
-  HGLOBAL h = Create_Arc(xc, yc, r, a1, a2);
-  Set_Arc_Ends(h, xc + r * std::cos(a1), yc + r * std::sin(a1), xc + r * std::cos(a2),
-               yc + r * std::sin(a2));
-  return h;
+  return Cursor({{x0, y0}, {x1, y1}, {x2, y2}});
 }
 
 std::vector<double> Coords(HGLOBAL h) {  // point, segment or circle

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 
 namespace {
 
@@ -29,19 +30,6 @@ Arc_Values Arc_Of(HGLOBAL h) {
   Get_Arc_Param(h, &a.x1, &a.y1, &a.x2, &a.y2, &a.xc, &a.yc, &a.r, &a.a1, &a.a2);
   return a;
 }
-Curs_Pos_Type Picks(double x0, double y0, double x1, double y1) {
-  Curs_Pos_Type c{};
-  c.x[0] = x0, c.y[0] = y0, c.x[1] = x1, c.y[1] = y1, c.count = 2;
-  return c;
-}
-// The element's record bytes, to show that a refusal changed nothing.
-std::vector<unsigned char> Bytes(HGLOBAL h) {
-  auto* p = static_cast<unsigned char*>(GlobalLock(h));
-  std::vector<unsigned char> v(p, p + sizeof(Element_Record));
-  GlobalUnlock(h);
-  return v;
-}
-
 }  // namespace
 
 // Two segments meeting at a corner X with directions u1, u2 away from it:
@@ -66,16 +54,16 @@ TEST(Fillet, SegmentCornersMatchTheClosedForm) {
     HGLOBAL e2 = Create_Line(xx, xy, xx + l2 * u2x, xy + l2 * u2y);
     Add_Element_In_Array_by_Handle(&a, e1);
     Add_Element_In_Array_by_Handle(&a, e2);
-    auto before1 = Bytes(e1), before2 = Bytes(e2);
-    Curs_Pos_Type c =
-        Picks(xx + 0.9 * l1 * u1x, xy + 0.9 * l1 * u1y, xx + 0.9 * l2 * u2x, xy + 0.9 * l2 * u2y);
+    auto before1 = Record_Bytes(e1), before2 = Record_Bytes(e2);
+    Curs_Pos_Type c = Cursor(
+        {{xx + 0.9 * l1 * u1x, xy + 0.9 * l1 * u1y}, {xx + 0.9 * l2 * u2x, xy + 0.9 * l2 * u2y}});
     double t = r / std::tan(theta / 2), d = r / std::sin(theta / 2);
     HGLOBAL f = Create_Fillet(&c, &a, e1, e2, r);
     if (t >= std::min(l1, l2)) {
       EXPECT_EQ(f, 0u) << k;
       EXPECT_EQ(a.count, 2);
-      EXPECT_EQ(Bytes(e1), before1);
-      EXPECT_EQ(Bytes(e2), before2);
+      EXPECT_EQ(Record_Bytes(e1), before1);
+      EXPECT_EQ(Record_Bytes(e2), before2);
       ++refused;
     } else {
       ASSERT_NE(f, 0u) << k;
@@ -165,9 +153,7 @@ TEST(Fillet, ArcCornersAreTangent) {
     Objects_Array_Type a{};
     double cx = 100 * u(rng) - 50, cy = 100 * u(rng) - 50, R = 5 + 40 * u(rng);
     double a1 = 2 * kPi * u(rng), a2 = a1 + 0.5 + 5 * u(rng);
-    HGLOBAL arc = Create_Arc(cx, cy, R, a1, a2);
-    Set_Arc_Ends(arc, cx + R * std::cos(a1), cy + R * std::sin(a1), cx + R * std::cos(a2),
-                 cy + R * std::sin(a2));
+    HGLOBAL arc = Arc_With_Ends(cx, cy, R, a1, a2);
     double pick_a = a1 + (a2 - a1) * (0.1 + 0.8 * u(rng));
     double px = cx + R * std::cos(pick_a), py = cy + R * std::sin(pick_a);
     HGLOBAL other;
@@ -183,15 +169,13 @@ TEST(Fillet, ArcCornersAreTangent) {
       double b = 2 * kPi * u(rng), d = R * (0.3 + 1.4 * u(rng)), R2 = R * (0.5 + u(rng));
       double c2x = cx + d * std::cos(b), c2y = cy + d * std::sin(b);
       double b1 = 2 * kPi * u(rng), b2 = b1 + 1 + 4 * u(rng);
-      other = Create_Arc(c2x, c2y, R2, b1, b2);
-      Set_Arc_Ends(other, c2x + R2 * std::cos(b1), c2y + R2 * std::sin(b1), c2x + R2 * std::cos(b2),
-                   c2y + R2 * std::sin(b2));
+      other = Arc_With_Ends(c2x, c2y, R2, b1, b2);
       double pb = b1 + (b2 - b1) * (0.1 + 0.8 * u(rng));
       qx = c2x + R2 * std::cos(pb), qy = c2y + R2 * std::sin(pb);
     }
     Add_Element_In_Array_by_Handle(&a, other);
     Add_Element_In_Array_by_Handle(&a, arc);
-    Curs_Pos_Type c = Picks(qx, qy, px, py);
+    Curs_Pos_Type c = Cursor({{qx, qy}, {px, py}});
     double r = R * (0.02 + 0.3 * u(rng));
     HGLOBAL f = Create_Fillet(&c, &a, other, arc, r);
     if (f) {
@@ -216,7 +200,7 @@ TEST(Fillet, LineArcCornerAndChamfer) {
     Set_Arc_Ends(arc, 30, 0, -30, 0);
     Add_Element_In_Array_by_Handle(&a, seg);
     Add_Element_In_Array_by_Handle(&a, arc);
-    Curs_Pos_Type c = Picks(45, 0, 30 * std::cos(1.0), 30 * std::sin(1.0));
+    Curs_Pos_Type c = Cursor({{45, 0}, {30 * std::cos(1.0), 30 * std::sin(1.0)}});
     HGLOBAL h =
         chamfer ? Create_Chamfer(&c, &a, seg, arc, 4, 3) : Create_Fillet(&c, &a, seg, arc, 5);
     ASSERT_NE(h, 0u);
@@ -254,8 +238,8 @@ TEST(Fillet, RefusalsChangeNothing) {
   HGLOBAL s1 = Create_Line(0, 0, 10, 0), s2 = Create_Line(0, 0, 0, 10);
   HGLOBAL par = Create_Line(0, 1, 10, 1), circle = Create_Circle(5, 5, 2);
   for (HGLOBAL h : {s1, s2, par, circle}) Add_Element_In_Array_by_Handle(&a, h);
-  auto b1 = Bytes(s1), b2 = Bytes(s2), b3 = Bytes(par);
-  Curs_Pos_Type c = Picks(8, 0, 0, 8), at_corner = Picks(0, 0, 0, 8);
+  auto b1 = Record_Bytes(s1), b2 = Record_Bytes(s2), b3 = Record_Bytes(par);
+  Curs_Pos_Type c = Cursor({{8, 0}, {0, 8}}), at_corner = Cursor({{0, 0}, {0, 8}});
   const HGLOBAL refused[] = {
       Create_Fillet(&c, &a, s1, s2, 0),         Create_Fillet(&c, &a, s1, s2, -1),
       Create_Fillet(&c, &a, s1, s2, NAN),       Create_Chamfer(&c, &a, s1, s2, 0, 1),
@@ -270,9 +254,9 @@ TEST(Fillet, RefusalsChangeNothing) {
   };
   for (size_t i = 0; i < std::size(refused); ++i) EXPECT_EQ(refused[i], 0u) << i;
   EXPECT_EQ(a.count, 4);
-  EXPECT_EQ(Bytes(s1), b1);
-  EXPECT_EQ(Bytes(s2), b2);
-  EXPECT_EQ(Bytes(par), b3);
+  EXPECT_EQ(Record_Bytes(s1), b1);
+  EXPECT_EQ(Record_Bytes(s2), b2);
+  EXPECT_EQ(Record_Bytes(par), b3);
   // The same corner with sound values works.
   EXPECT_NE(Create_Chamfer(&c, &a, s1, s2, 2, 3), 0u);
   EXPECT_EQ(Segment_Of(s1).x1, 2);
@@ -287,13 +271,12 @@ TEST(Fillet, LongArcKeepsThePickedSide) {
   Leak_Check leaks;
   Objects_Array_Type a{};
   const double a2 = 300 * kPi / 180, s = std::sqrt(0.5);
-  HGLOBAL arc = Create_Arc(0, 0, 10, 0, a2);
-  Set_Arc_Ends(arc, 10, 0, 10 * std::cos(a2), 10 * std::sin(a2));
+  HGLOBAL arc = Arc_With_Ends(0, 0, 10, 0, a2);
   HGLOBAL seg = Create_Line(10, 0, 10 + 20 * s, -20 * s);
   Add_Element_In_Array_by_Handle(&a, seg);
   Add_Element_In_Array_by_Handle(&a, arc);
   const double pick = 200 * kPi / 180;
-  Curs_Pos_Type c = Picks(10 + 15 * s, -15 * s, 10 * std::cos(pick), 10 * std::sin(pick));
+  Curs_Pos_Type c = Cursor({{10 + 15 * s, -15 * s}, {10 * std::cos(pick), 10 * std::sin(pick)}});
   HGLOBAL f = Create_Fillet(&c, &a, seg, arc, 1);
   ASSERT_NE(f, 0u);
   Arc_Values b = Arc_Of(arc);

@@ -8,13 +8,9 @@
 
 #include "geometry/sampling.h"
 #include "support/capture.h"
+#include "support/elements.h"
 
 namespace {
-
-void Set_Attr(HGLOBAL h, int32_t attr) {
-  static_cast<Element_Record*>(GlobalLock(h))->attr = attr;
-  GlobalUnlock(h);
-}
 
 // A drawing of every kind: points, ordinary segments, construction lines,
 // polylines, circles, arcs (ends set) and splines (moments computed).

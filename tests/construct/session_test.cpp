@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/surface.h"
 
 TEST(Session, DrawFilletChamferConstructPickMoveDeleteMirrorAndFindTheContour) {
@@ -25,9 +26,7 @@ TEST(Session, DrawFilletChamferConstructPickMoveDeleteMirrorAndFindTheContour) {
     return h;
   };
   auto clicks = [](double x0, double y0, double x1 = 0, double y1 = 0) {
-    Curs_Pos_Type c{};
-    c.x[0] = x0, c.y[0] = y0, c.x[1] = x1, c.y[1] = y1, c.count = 2;
-    return c;
+    return Cursor({{x0, y0}, {x1, y1}});
   };
 
   // Draw the right half of the outline and a hole.

@@ -8,6 +8,7 @@
 #include "../../examples/scene.h"
 #include "display/draw_internal.h"
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/golden.h"
 #include "support/surface.h"
 
@@ -46,21 +47,6 @@ class State_Check {
   long objects_;
   Leak_Check blocks_;
 };
-
-void Set_Attr(HGLOBAL h, int32_t attr) {
-  auto* e = static_cast<Element_Record*>(GlobalLock(h));
-  e->attr = attr;
-  GlobalUnlock(h);
-}
-
-// Marks the given words of a polyline's or spline's attribute block selected.
-void Select_Words(HGLOBAL h, std::initializer_list<int> words) {
-  auto* e = static_cast<Element_Record*>(GlobalLock(h));
-  auto* w = static_cast<int32_t*>(GlobalLock(static_cast<HGLOBAL>(e->attr)));
-  for (int i : words) w[i] |= ATTR_SELECTED;
-  GlobalUnlock(static_cast<HGLOBAL>(e->attr));
-  GlobalUnlock(h);
-}
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include "model/child_index.h"
 #include "support/attach_reference.h"
 #include "support/capture.h"
+#include "support/elements.h"
 
 namespace {
 
@@ -50,14 +51,6 @@ std::vector<std::vector<int>> State(Objects_Array_Type* all) {
     s.push_back(row);
   }
   return s;
-}
-
-HGLOBAL Child(HGLOBAL h, int ct, std::initializer_list<HGLOBAL> parents) {
-  Write_Creation_Type(h, ct);
-  Alloc_Parent(h, static_cast<int>(parents.size()));
-  int k = 0;
-  for (HGLOBAL p : parents) Write_Parent(h, p, k++);
-  return h;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 #include "support/surface.h"
 
 namespace {
@@ -26,19 +27,6 @@ int Word(HGLOBAL h, int k) {
   int w = static_cast<int32_t*>(GlobalLock(block))[k];
   GlobalUnlock(block);
   return w;
-}
-
-void Set_Words(HGLOBAL h, std::initializer_list<int> words) {
-  auto* e = static_cast<Element_Record*>(GlobalLock(h));
-  auto* w = static_cast<int32_t*>(GlobalLock(static_cast<HGLOBAL>(e->attr)));
-  for (int k : words) w[k] |= ATTR_SELECTED;
-  GlobalUnlock(static_cast<HGLOBAL>(e->attr));
-  GlobalUnlock(h);
-}
-
-void Set_Attr(HGLOBAL h, int32_t attr) {
-  static_cast<Element_Record*>(GlobalLock(h))->attr = attr;
-  GlobalUnlock(h);
 }
 
 }  // namespace
@@ -125,9 +113,9 @@ TEST(Select, TheSelectionListFollowsEachKindsRule) {
   HGLOBAL spline_covered = Create_Spline(3, xs, xs, nullptr, nullptr);
   HGLOBAL spline_gap = Create_Spline(3, xs, xs, nullptr, nullptr);
   HGLOBAL circle = Create_Circle(0, 0, 1);
-  Set_Words(poly, {0});               // piece 1 not selected
-  Set_Words(spline_covered, {1, 3});  // every word within reach of a selected one
-  Set_Words(spline_gap, {0, 4});      // words 1..3 uncovered
+  Select_Words(poly, {0});               // piece 1 not selected
+  Select_Words(spline_covered, {1, 3});  // every word within reach of a selected one
+  Select_Words(spline_gap, {0, 4});      // words 1..3 uncovered
   Set_Element_Select_Attribute(circle, 1);
   Objects_Array_Type a{};
   for (HGLOBAL h : {one_node, poly, spline_covered, spline_gap, circle})
@@ -146,18 +134,13 @@ TEST(Edit, DeletingReleasesChildrenAndKeepsSplinesAndPolylines) {
           circle = Create_Circle(0, 0, 1);
   HGLOBAL spline = Create_Spline(3, xs, xs, nullptr, nullptr);
   HGLOBAL poly = Create_Polyline(3, xs, xs);
-  Set_Words(poly, {0, 1});
+  Select_Words(poly, {0, 1});
   for (HGLOBAL h : {point, circle}) Set_Element_Select_Attribute(h, 1);
   Objects_Array_Type a{}, aux{};
   for (HGLOBAL h : {point, line, circle, spline, poly}) Add_Element_In_Array_by_Handle(&a, h);
   // A construction element on the circle, which itself has a parent list.
-  HGLOBAL on_circle = Create_Point(1, 0);
-  Write_Creation_Type(on_circle, 1);
-  Alloc_Parent(on_circle, 1);
-  Write_Parent(on_circle, circle, 0);
-  Write_Creation_Type(circle, 1);
-  Alloc_Parent(circle, 1);
-  Write_Parent(circle, line, 0);
+  HGLOBAL on_circle = Child(Create_Point(1, 0), 1, {circle});
+  Child(circle, 1, {line});
   Add_Element_In_Array_by_Handle(&aux, on_circle);
 
   EXPECT_EQ(Delete_Elements(&a, &aux, nullptr), 1);
@@ -180,8 +163,7 @@ TEST(Edit, DeletingReleasesChildrenAndKeepsSplinesAndPolylines) {
 TEST(Edit, CopyingMovingAndSortingByIndex) {
   Leak_Check leaks;
   const double xs[3] = {0, 1, 2}, ys[3] = {5, 6, 7};
-  HGLOBAL arc = Create_Arc(0, 0, 2, 0, 1);
-  Set_Arc_Ends(arc, 2, 0, 2 * std::cos(1.0), 2 * std::sin(1.0));
+  HGLOBAL arc = Arc_With_Ends(0, 0, 2, 0, 1);
   HGLOBAL aux = Create_Line(0, 0, 1, 1);
   Set_Attr(aux, 0);
   HGLOBAL poly = Create_Polyline(3, xs, ys), spline = Create_Spline(3, xs, ys, xs, ys);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "support/capture.h"
+#include "support/elements.h"
 
 TEST(ObjectsArray, GrowsToTenThenOneSlotAtATimeAndSurvivesFailedGrowth) {
   Leak_Check leaks;
@@ -100,15 +101,9 @@ TEST(ObjectsArray, DeleteFreesElementsClearKeepsSlotsAndCutsLinks) {
   Add_Element_In_Array_by_Handle(&a, seg);
   Add_Element_In_Array_by_Handle(&a, circle);
   // A child point on the segment (one parent) and a tangent line to both (two parents).
-  auto child = [&children](HGLOBAL h, int ct, std::vector<HGLOBAL> parents) {
-    Write_Creation_Type(h, ct);
-    Alloc_Parent(h, static_cast<int>(parents.size()));
-    for (size_t i = 0; i < parents.size(); ++i) Write_Parent(h, parents[i], static_cast<int>(i));
-    Add_Element_In_Array_by_Handle(&children, h);
-    return h;
-  };
-  HGLOBAL on_seg = child(Create_Point(0.5, 0), 1, {seg});
-  HGLOBAL tangent = child(Create_Line(0, 1, 1, 1), 5, {seg, circle});
+  HGLOBAL on_seg = Child(Create_Point(0.5, 0), 1, {seg});
+  HGLOBAL tangent = Child(Create_Line(0, 1, 1, 1), 5, {seg, circle});
+  for (HGLOBAL h : {on_seg, tangent}) Add_Element_In_Array_by_Handle(&children, h);
 
   EXPECT_EQ(ClearObjectsArray(&a, &children, nullptr), 2);
   EXPECT_TRUE(a.count == 0 && a.capacity == 10 && a.handles != 0);
