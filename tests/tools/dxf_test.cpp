@@ -1,9 +1,11 @@
 // DXF drawings written by an independent writer (tests/make_dxf_fixtures.py)
 // against the same sections built directly.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <numbers>
 
 #include "dxf.h"
@@ -176,6 +178,53 @@ TEST(Dxf, SectionArgumentsNameTheDrawingOrOneOfItsSections) {
   EXPECT_TRUE(Resolve_Sections(Fixture("entities.dxf") + ":0", &error).empty());
   EXPECT_TRUE(Resolve_Sections(Fixture("gaps.dxf"), &error).empty());
   EXPECT_NE(error.find("open outline"), std::string::npos) << error;
+}
+
+// Blocks that insert each other several times over, and a block inserted
+// in itself: refused with a problem each, in bounded time, and the rest of
+// the drawing still read.
+TEST(Dxf, BlocksThatMultiplyOrInsertThemselvesAreRefused) {
+  auto insert = [](const std::string& block, double x, int copies) {
+    return "0\nINSERT\n8\n0\n2\n" + block + "\n10\n" + std::to_string(x) + "\n20\n0\n30\n0\n70\n" +
+           std::to_string(copies) + "\n71\n" + std::to_string(copies) + "\n44\n1\n45\n1\n";
+  };
+  auto square = [](const std::string& layer, double x) {
+    return "0\nLWPOLYLINE\n8\n" + layer + "\n90\n4\n70\n1\n10\n" + std::to_string(x) +
+           "\n20\n0\n10\n" + std::to_string(x + 10) + "\n20\n0\n10\n" + std::to_string(x + 10) +
+           "\n20\n10\n10\n" + std::to_string(x) + "\n20\n10\n";
+  };
+  auto block = [](const std::string& name, const std::string& body) {
+    return "0\nBLOCK\n8\n0\n2\n" + name + "\n70\n0\n10\n0\n20\n0\n30\n0\n" + body +
+           "0\nENDBLK\n8\n0\n";
+  };
+  std::string blocks = block("SELF", square("0", 0) + insert("SELF", 20, 1));
+  for (int i = 0; i < 12; ++i) {
+    std::string next = "L" + std::to_string(i + 1);
+    blocks += block("L" + std::to_string(i), insert(next, 0, 10) + insert(next, 50, 10));
+  }
+  blocks += block("L12", "");
+  std::string text = "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
+                     square("plain", -500) + insert("SELF", 1000, 1) + insert("L0", 5000, 1) +
+                     "0\nENDSEC\n0\nEOF\n";
+  std::string path = (std::filesystem::temp_directory_path() /
+                      ("tessaline_blocks_" + std::to_string(::getpid()) + ".dxf"))
+                         .string();
+  std::ofstream(path, std::ios::binary) << text;
+  Dxf_Drawing d;
+  std::string error;
+  bool ok = Read_Dxf(path, kDxf_Join_Tolerance, &d, &error);
+  std::filesystem::remove(path);
+  ASSERT_TRUE(ok) << error;
+  auto has = [&](const std::string& what) {
+    for (const std::string& p : d.problems)
+      if (p.find(what) != std::string::npos) return true;
+    return false;
+  };
+  EXPECT_TRUE(has("INSERT of block SELF refused: the block inserts itself"));
+  EXPECT_TRUE(has("the blocks expand to more than"));
+  ASSERT_GE(d.sections.size(), 2u);
+  EXPECT_EQ(d.sections[0].name, "plain@-495,5");
+  EXPECT_EQ(d.sections[1].name, "0@1005,5");  // the block's own square, placed once
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <dxflib/dl_creationadapter.h>
 #include <dxflib/dl_dxf.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -18,7 +19,8 @@ namespace tessaline::app {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int kMax_Depth = 16;
+constexpr size_t kMax_Depth = 16;
+constexpr long kMax_Expansion_Work = 1000000;
 constexpr size_t kMax_Pieces = 200000;
 constexpr size_t kMax_Problems = 50;
 
@@ -113,8 +115,11 @@ class Collector : public DL_CreationAdapter {
   int insunits = 0;
   std::vector<std::string> problems;
 
+  // Each problem once: a block inserted many times would repeat its own.
   void Problem(const std::string& what) {
-    if (problems.size() < kMax_Problems) problems.push_back(what);
+    if (problems.size() < kMax_Problems &&
+        std::find(problems.begin(), problems.end(), what) == problems.end())
+      problems.push_back(what);
   }
 
   void addBlock(const DL_BlockData& data) override {
@@ -275,44 +280,76 @@ double Unit_Mm(int insunits) {
   }
 }
 
-void Expand(Collector& c, const Block& block, const Affine& m, const std::string& layer0, int depth,
-            std::vector<Layered_Piece>* out) {
-  for (const Layered_Piece& lp : block.pieces) {
-    if (out->size() >= kMax_Pieces) return;
-    Layered_Piece p = lp;
-    if (!Transform(m, &p.piece)) {
-      c.Problem("arc on layer " + p.layer +
-                " refused: its block is inserted with unequal x and y scales");
-      continue;
+// The expansion of model space through its INSERTs. Blocks that insert
+// each other several times over multiply at every level, so the work is
+// bounded as a whole (pieces placed or refused, copies made), not only by
+// the depth, and a block inserted inside itself is refused outright.
+class Expansion {
+ public:
+  Expansion(Collector& c, std::vector<Layered_Piece>* out) : c_(c), out_(out) {}
+
+  void Run(const Block& block, const Affine& m, const std::string& layer0) {
+    if (!Spend()) return;
+    for (const Layered_Piece& lp : block.pieces) {
+      if (out_->size() >= kMax_Pieces || !Spend()) return;
+      Layered_Piece p = lp;
+      if (!Transform(m, &p.piece)) {
+        if (c_.problems.size() < kMax_Problems)
+          c_.Problem("arc on layer " + p.layer +
+                     " refused: its block is inserted with unequal x and y scales");
+        continue;
+      }
+      // Entities on layer 0 of a block take the layer of the insert.
+      if (p.layer == "0" && !layer0.empty()) p.layer = layer0;
+      out_->push_back(std::move(p));
     }
-    // Entities on layer 0 of a block take the layer of the insert.
-    if (p.layer == "0" && !layer0.empty()) p.layer = layer0;
-    out->push_back(std::move(p));
-  }
-  for (const Insert& ins : block.inserts) {
-    auto it = c.blocks.find(ins.name);
-    if (it == c.blocks.end()) {
-      c.Problem("INSERT of block " + ins.name + " refused: no such block");
-      continue;
-    }
-    if (depth >= kMax_Depth || static_cast<long>(ins.cols) * ins.rows > 10000) {
-      c.Problem("INSERT of block " + ins.name + " refused: nested too deep or too many copies");
-      continue;
-    }
-    const Block& b = it->second;
-    for (int r = 0; r < ins.rows; ++r) {
-      for (int k = 0; k < ins.cols; ++k) {
-        Affine place =
-            Compose(Translate(ins.ipx, ins.ipy),
-                    Compose(Rotate(ins.angle),
-                            Compose(Translate(k * ins.col_step, r * ins.row_step),
-                                    Compose(Scale(ins.sx, ins.sy), Translate(-b.bx, -b.by)))));
-        std::string layer = ins.layer == "0" ? layer0 : ins.layer;
-        Expand(c, b, Compose(m, Compose(ins.placement, place)), layer, depth + 1, out);
+    chain_.push_back(&block);
+    for (const Insert& ins : block.inserts) {
+      if (!Spend()) break;
+      auto it = c_.blocks.find(ins.name);
+      if (it == c_.blocks.end()) {
+        c_.Problem("INSERT of block " + ins.name + " refused: no such block");
+        continue;
+      }
+      const Block& b = it->second;
+      if (std::find(chain_.begin(), chain_.end(), &b) != chain_.end()) {
+        c_.Problem("INSERT of block " + ins.name + " refused: the block inserts itself");
+        continue;
+      }
+      if (chain_.size() > kMax_Depth || static_cast<long>(ins.cols) * ins.rows > 10000) {
+        c_.Problem("INSERT of block " + ins.name + " refused: nested too deep or too many copies");
+        continue;
+      }
+      std::string layer = ins.layer == "0" ? layer0 : ins.layer;
+      for (int r = 0; r < ins.rows && work_ > 0; ++r) {
+        for (int k = 0; k < ins.cols && work_ > 0; ++k) {
+          Affine place =
+              Compose(Translate(ins.ipx, ins.ipy),
+                      Compose(Rotate(ins.angle),
+                              Compose(Translate(k * ins.col_step, r * ins.row_step),
+                                      Compose(Scale(ins.sx, ins.sy), Translate(-b.bx, -b.by)))));
+          Run(b, Compose(m, Compose(ins.placement, place)), layer);
+        }
       }
     }
+    chain_.pop_back();
   }
-}
+
+ private:
+  // One unit of work; false once the budget is spent (said once).
+  bool Spend() {
+    if (work_ <= 0) return false;
+    if (--work_ > 0) return true;
+    c_.Problem("INSERTs refused: the blocks expand to more than " +
+               std::to_string(kMax_Expansion_Work) + " pieces and copies");
+    return false;
+  }
+
+  Collector& c_;
+  std::vector<Layered_Piece>* out_;
+  std::vector<const Block*> chain_;
+  long work_ = kMax_Expansion_Work;
+};
 
 // An ASCII DXF file starts with group code 0 and SECTION (comments, code
 // 999, may come first).
@@ -390,7 +427,7 @@ bool Read_Dxf_Pieces(const std::string& path, std::vector<Layered_Piece>* pieces
     return false;
   }
   pieces->clear();
-  Expand(c, c.model, Scale(unit, unit), "", 0, pieces);
+  Expansion(c, pieces).Run(c.model, Scale(unit, unit), "");
   if (pieces->size() >= kMax_Pieces) c.Problem("more than 200000 elements: the rest is left out");
   *unit_mm = unit;
   problems->insert(problems->end(), c.problems.begin(), c.problems.end());
