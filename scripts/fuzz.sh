@@ -8,6 +8,7 @@
 # -detect_leaks) costs a hundred times the input itself here, so it is on
 # for runs of up to 10^4 executions and off beyond; the sanitizers' checks
 # at exit stay on.
+# An input that runs over a minute counts as a hang and fails the run.
 # New inputs found go to a scratch copy of the corpus; the committed corpus
 # only changes when a run is merged into it on purpose (-merge=1).
 set -euo pipefail
@@ -40,7 +41,7 @@ for t in "${targets[@]}"; do
   log=$(mktemp)
   status=0
   ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-    "$dir/fuzz/fuzz_$t" -runs="$runs" -detect_leaks=$([ "$runs" -le 10000 ] && echo 1 || echo 0) \
+    "$dir/fuzz/fuzz_$t" -runs="$runs" -timeout=60 -detect_leaks=$([ "$runs" -le 10000 ] && echo 1 || echo 0) \
     -max_len="${max_len[$t]}" -print_final_stats=1 -artifact_prefix="$dir/" "$work" >"$log" 2>&1 ||
     status=$?
   grep -E '^(Done|stat::number_of_executed_units|stat::peak_rss_mb)|#[0-9]+.*DONE' "$log" || true

@@ -180,6 +180,25 @@ TEST(Dxf, SectionArgumentsNameTheDrawingOrOneOfItsSections) {
   EXPECT_NE(error.find("open outline"), std::string::npos) << error;
 }
 
+// Reads a drawing given as text (written to a scratch file).
+Dxf_Drawing Read_Text(const std::string& text) {
+  std::string path = (std::filesystem::temp_directory_path() /
+                      ("tessaline_dxf_" + std::to_string(::getpid()) + ".dxf"))
+                         .string();
+  std::ofstream(path, std::ios::binary) << text;
+  Dxf_Drawing d;
+  std::string error;
+  EXPECT_TRUE(Read_Dxf(path, kDxf_Join_Tolerance, &d, &error)) << error;
+  std::filesystem::remove(path);
+  return d;
+}
+
+bool Has_Problem(const Dxf_Drawing& d, const std::string& what) {
+  for (const std::string& p : d.problems)
+    if (p.find(what) != std::string::npos) return true;
+  return false;
+}
+
 // Blocks that insert each other several times over, and a block inserted
 // in itself: refused with a problem each, in bounded time, and the rest of
 // the drawing still read.
@@ -206,25 +225,36 @@ TEST(Dxf, BlocksThatMultiplyOrInsertThemselvesAreRefused) {
   std::string text = "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
                      square("plain", -500) + insert("SELF", 1000, 1) + insert("L0", 5000, 1) +
                      "0\nENDSEC\n0\nEOF\n";
-  std::string path = (std::filesystem::temp_directory_path() /
-                      ("tessaline_blocks_" + std::to_string(::getpid()) + ".dxf"))
-                         .string();
-  std::ofstream(path, std::ios::binary) << text;
-  Dxf_Drawing d;
-  std::string error;
-  bool ok = Read_Dxf(path, kDxf_Join_Tolerance, &d, &error);
-  std::filesystem::remove(path);
-  ASSERT_TRUE(ok) << error;
-  auto has = [&](const std::string& what) {
-    for (const std::string& p : d.problems)
-      if (p.find(what) != std::string::npos) return true;
-    return false;
-  };
-  EXPECT_TRUE(has("INSERT of block SELF refused: the block inserts itself"));
-  EXPECT_TRUE(has("the blocks expand to more than"));
+  Dxf_Drawing d = Read_Text(text);
+  EXPECT_TRUE(Has_Problem(d, "INSERT of block SELF refused: the block inserts itself"));
+  EXPECT_TRUE(Has_Problem(d, "the blocks expand to more than"));
   ASSERT_GE(d.sections.size(), 2u);
   EXPECT_EQ(d.sections[0].name, "plain@-495,5");
   EXPECT_EQ(d.sections[1].name, "0@1005,5");  // the block's own square, placed once
+}
+
+// Angles of any size end in time: a turn is never stepped through.
+TEST(Dxf, ArcAndEllipseAnglesOfAnySize) {
+  auto entities = [](const std::string& body) {
+    return "0\nSECTION\n2\nENTITIES\n" + body + "0\nENDSEC\n0\nEOF\n";
+  };
+  auto line = [](const char* layer, double x1, double x2) {
+    return std::string("0\nLINE\n8\n") + layer + "\n10\n" + std::to_string(x1) +
+           "\n20\n0\n30\n0\n11\n" + std::to_string(x2) + "\n21\n0\n31\n0\n";
+  };
+  // A half circle r 10 from 0 to 180 degrees, written 2.8e9 turns apart,
+  // closed by its diameter.
+  Dxf_Drawing a = Read_Text(
+      entities("0\nARC\n8\na\n10\n0\n20\n0\n30\n0\n40\n10\n50\n-999999999720\n51\n999999999900\n" +
+               line("a", -10, 10)));
+  ASSERT_EQ(a.sections.size(), 1u);
+  EXPECT_NEAR(Props(a.sections[0].outline).area, kPi * 50,
+              1e-5 * kPi * 50);  // digits lost to 1e12 degrees
+  // An ellipse's end angle 1e12 turns on.
+  Dxf_Drawing e = Read_Text(
+      entities("0\nELLIPSE\n8\ne\n10\n0\n20\n0\n30\n0\n11\n15\n21\n0\n31\n0\n40\n1\n41\n0\n42\n" +
+               std::to_string(2 * kPi * 1e12 + kPi) + "\n" + line("e", -15, 15)));
+  EXPECT_EQ(e.sections.size() + e.problems.size(), 1u);
 }
 
 }  // namespace

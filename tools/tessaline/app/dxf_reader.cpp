@@ -57,9 +57,14 @@ Affine Scale(double sx, double sy) {
   return {sx, 0, 0, sy, 0, 0};
 }
 
+// The counter-clockwise arc from a1 to a2, its span in (0, 2 pi]. Angles
+// of any size (a drawing may hold 1e12): the start is reduced to a turn
+// and the span taken modulo a turn, never stepped a turn at a time.
 Piece Arc_Piece(double xc, double yc, double r, double a1, double a2) {
-  while (a2 <= a1) a2 += 2 * kPi;
-  while (a2 > a1 + 2 * kPi) a2 -= 2 * kPi;
+  double span = std::fmod(a2 - a1, 2 * kPi);
+  if (span <= 0) span += 2 * kPi;
+  if (std::abs(a1) > 2 * kPi) a1 = std::remainder(a1, 2 * kPi);
+  a2 = a1 + span;
   return {Piece::kArc,
           xc + r * std::cos(a1),
           yc + r * std::sin(a1),
@@ -138,7 +143,7 @@ class Collector : public DL_CreationAdapter {
   }
   void addArc(const DL_ArcData& d) override {
     Flush();
-    if (Bad_Radius(d.radius, "ARC")) return;
+    if (Bad_Radius(d.radius, "ARC") || Bad_Angles(d.angle1, d.angle2, "ARC")) return;
     Add(Arc_Piece(d.cx, d.cy, d.radius, d.angle1 * kPi / 180, d.angle2 * kPi / 180), true);
   }
   void addCircle(const DL_CircleData& d) override {
@@ -154,7 +159,9 @@ class Collector : public DL_CreationAdapter {
               " refused: only circular ellipses are read; redraw it as arcs");
       return;
     }
+    if (Bad_Angles(d.angle1, d.angle2, "ELLIPSE")) return;
     double rot = std::atan2(d.my, d.mx), span = d.angle2 - d.angle1;
+    if (std::abs(span) > 4 * kPi) span = std::fmod(span, 2 * kPi);
     if (span <= 0) span += 2 * kPi;
     if (std::abs(span - 2 * kPi) <= 1e-12)
       Add({Piece::kCircle, 0, 0, 0, 0, d.cx, d.cy, r, 0, 2 * kPi}, false);
@@ -240,6 +247,11 @@ class Collector : public DL_CreationAdapter {
   bool Bad_Radius(double r, const char* kind) {
     if (r > 0 && std::isfinite(r)) return false;
     Problem(std::string(kind) + " on layer " + Layer() + " refused: its radius is not positive");
+    return true;
+  }
+  bool Bad_Angles(double a1, double a2, const char* kind) {
+    if (std::isfinite(a1) && std::isfinite(a2)) return false;
+    Problem(std::string(kind) + " on layer " + Layer() + " refused: its angles are not finite");
     return true;
   }
   void Add(Piece p, bool ocs) {
