@@ -46,7 +46,7 @@ echo "== build and test with AddressSanitizer and UndefinedBehaviorSanitizer"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir "$root/build-asan" -j"$jobs" --output-on-failure --timeout 1800
 
-echo "== fuzz the file readers briefly (geometry, library, bitmap)"
+echo "== fuzz the file readers briefly (geometry, library, bitmap, dxf)"
 if command -v clang++ >/dev/null; then
   "$root/scripts/fuzz.sh" 2000
 else

@@ -17,13 +17,16 @@ from __future__ import annotations
 import dataclasses
 import math
 import os
-from typing import Iterable, List, Optional, Sequence
+from typing import Iterable, List, NamedTuple, Optional, Sequence
+
+import numpy as np
 
 from . import _tessaline
 from ._tessaline import Section, SectionError
 
-__all__ = ["Section", "SectionError", "Result", "section", "from_designation", "from_file",
-           "from_library", "from_dxf", "from_coordinates", "analyze", "draw", "RESULT_FIELDS"]
+__all__ = ["Section", "SectionError", "Result", "Mesh", "TorsionStress", "Library", "section",
+           "from_designation", "from_file", "from_library", "from_dxf", "from_coordinates",
+           "analyze", "mesh", "torsion_stress", "draw", "RESULT_FIELDS"]
 
 #: The result fields, in the order and with the names of ``tessaline analyze --json``.
 RESULT_FIELDS = ("name", "area", "cx", "cy", "ixx", "iyy", "ixy", "i1", "i2", "angle", "ip",
@@ -138,3 +141,114 @@ def draw(section: Section, path, width: int = 800, height: int = 600, mesh: bool
     if stress not in (None, "torsion"):
         raise SectionError(f"stress: expected None or 'torsion', not {stress!r}")
     _tessaline.draw(section, os.fspath(path), width, height, mesh, stress == "torsion", elements)
+
+
+class Mesh(NamedTuple):
+    """A finite-element split of a section into linear triangles.
+
+    ``nodes``: float64 array of shape (n, 2), the (x, y) of each node in mm.
+    ``triangles``: int32 array of shape (m, 3), each row three row numbers
+    of ``nodes``, counter-clockwise (positive area).
+    """
+    nodes: np.ndarray
+    triangles: np.ndarray
+
+
+class TorsionStress(NamedTuple):
+    """The torsion shear stress of a section, one value per triangle.
+
+    ``nodes`` (n, 2) float64 and ``triangles`` (m, 3) int32 are the last
+    mesh of the refinement, as in :class:`Mesh`; ``stress`` is a float64
+    array of shape (m, 2): the shear stresses (tau_x, tau_y) at each
+    triangle's centroid for the torque (N/mm^2 for a torque in N mm); its
+    size is
+    ``np.hypot(stress[:, 0], stress[:, 1])``. ``max_stress`` is the largest
+    size sampled at every node of every element (the centroids miss the
+    boundary, where it lies); ``j``, ``j_lower`` and ``j_upper`` the torsion
+    constant and its bounds (mm^4).
+    """
+    nodes: np.ndarray
+    triangles: np.ndarray
+    stress: np.ndarray
+    max_stress: float
+    j: float
+    j_lower: float
+    j_upper: float
+
+
+def mesh(section: Section, elements: int = 2000) -> Mesh:
+    """The mesher's split of the section into about ``elements`` (10 to
+    200 000) triangles: nodes (n, 2) float64 and triangles (m, 3) int32. Arcs
+    and circles are followed by chords, so where the section has curves the
+    mesh's area differs a little from its exact area. The GIL is released
+    while the mesher runs. Also ``section.mesh(elements)``."""
+    return Mesh(*section._mesh(int(elements)))
+
+
+def torsion_stress(section: Section, torque: float = 1.0, gap: float = 1e-3,
+                   elements: int = 2000, max_elements: int = 200000) -> TorsionStress:
+    """The torsion shear-stress field for ``torque`` (N mm gives N/mm^2):
+    the torsion analysis starts from about ``elements / 4`` triangles and
+    refines where the stress changes until the bounds of J are within
+    ``gap`` of each other or ``max_elements`` is reached. Returns the last
+    mesh with (tau_x, tau_y) per triangle, shape (m, 2); see
+    :class:`TorsionStress`. The GIL is released while it runs. Also
+    ``section.torsion_stress(...)``."""
+    return TorsionStress(*section._torsion_stress(float(torque), float(gap), int(elements),
+                                                  int(max_elements)))
+
+
+Section.mesh = mesh
+Section.torsion_stress = torsion_stress
+
+
+class Library:
+    """A section library file (.slb): read its sections, and add, replace
+    and remove them through the safe path, which changes the file whole or
+    leaves it as it was (a library holds at most 5000 sections).
+
+    ``Library("deflib.slb")`` finds the default library as the program
+    does; ``create=True`` makes an empty library when the file does not
+    exist. Failures raise :class:`SectionError` with the program's message
+    (``"lib.slb: no section 'HEB900' in the library"``).
+    """
+
+    def __init__(self, path, create: bool = False):
+        self._lib = _tessaline._Library(os.fspath(path), bool(create))
+
+    @property
+    def path(self) -> str:
+        """The file the library was opened from."""
+        return self._lib.path
+
+    @property
+    def description(self) -> str:
+        return self._lib.description
+
+    def __len__(self) -> int:
+        return len(self._lib)
+
+    def __contains__(self, name: str) -> bool:
+        return name in self._lib.names()
+
+    def names(self) -> List[str]:
+        """The section names, in the library's order."""
+        return self._lib.names()
+
+    def get(self, name: str) -> Section:
+        """The section named ``name`` (or numbered ``"N"``, from 1)."""
+        return self._lib.get(str(name))
+
+    def add(self, section: Section, name: Optional[str] = None, replace: bool = False) -> None:
+        """Adds the section under ``name`` (1 to 39 characters; the
+        section's own name by default). A name already in the library is an
+        error unless ``replace`` is set, which replaces that section."""
+        self._lib.add(section, "" if name is None else str(name), bool(replace))
+
+    def replace(self, section: Section, name: Optional[str] = None) -> None:
+        """Adds the section, replacing the one of the same name."""
+        self.add(section, name, replace=True)
+
+    def remove(self, name: str) -> None:
+        """Removes the section named ``name`` (or numbered ``"N"``)."""
+        self._lib.remove(str(name))

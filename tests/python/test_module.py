@@ -109,12 +109,13 @@ def test_references_and_memory_do_not_grow_over_ten_thousand_calls():
     square = np.array([[0, 0], [10, 0], [10, 10], [0, 10]], dtype=float)
     for _ in range(200):  # warm up allocator pools
         tessaline.analyze(s, torsion=False)
-        tessaline.from_coordinates(square)
+        tessaline.from_coordinates(square).mesh(10)
     gc.collect()
     refs_s, refs_sq, before = sys.getrefcount(s), sys.getrefcount(square), rss_kb()
     for _ in range(10_000):
         tessaline.analyze(s, torsion=False)
         tessaline.from_coordinates(square).pieces()
+        s.mesh(10)
     gc.collect()
     assert sys.getrefcount(s) == refs_s and sys.getrefcount(square) == refs_sq
     assert rss_kb() - before < 4096

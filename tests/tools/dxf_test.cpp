@@ -1,9 +1,11 @@
 // DXF drawings written by an independent writer (tests/make_dxf_fixtures.py)
 // against the same sections built directly.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <numbers>
 
 #include "dxf.h"
@@ -176,6 +178,83 @@ TEST(Dxf, SectionArgumentsNameTheDrawingOrOneOfItsSections) {
   EXPECT_TRUE(Resolve_Sections(Fixture("entities.dxf") + ":0", &error).empty());
   EXPECT_TRUE(Resolve_Sections(Fixture("gaps.dxf"), &error).empty());
   EXPECT_NE(error.find("open outline"), std::string::npos) << error;
+}
+
+// Reads a drawing given as text (written to a scratch file).
+Dxf_Drawing Read_Text(const std::string& text) {
+  std::string path = (std::filesystem::temp_directory_path() /
+                      ("tessaline_dxf_" + std::to_string(::getpid()) + ".dxf"))
+                         .string();
+  std::ofstream(path, std::ios::binary) << text;
+  Dxf_Drawing d;
+  std::string error;
+  EXPECT_TRUE(Read_Dxf(path, kDxf_Join_Tolerance, &d, &error)) << error;
+  std::filesystem::remove(path);
+  return d;
+}
+
+bool Has_Problem(const Dxf_Drawing& d, const std::string& what) {
+  for (const std::string& p : d.problems)
+    if (p.find(what) != std::string::npos) return true;
+  return false;
+}
+
+// Blocks that insert each other several times over, and a block inserted
+// in itself: refused with a problem each, in bounded time, and the rest of
+// the drawing still read.
+TEST(Dxf, BlocksThatMultiplyOrInsertThemselvesAreRefused) {
+  auto insert = [](const std::string& block, double x, int copies) {
+    return "0\nINSERT\n8\n0\n2\n" + block + "\n10\n" + std::to_string(x) + "\n20\n0\n30\n0\n70\n" +
+           std::to_string(copies) + "\n71\n" + std::to_string(copies) + "\n44\n1\n45\n1\n";
+  };
+  auto square = [](const std::string& layer, double x) {
+    return "0\nLWPOLYLINE\n8\n" + layer + "\n90\n4\n70\n1\n10\n" + std::to_string(x) +
+           "\n20\n0\n10\n" + std::to_string(x + 10) + "\n20\n0\n10\n" + std::to_string(x + 10) +
+           "\n20\n10\n10\n" + std::to_string(x) + "\n20\n10\n";
+  };
+  auto block = [](const std::string& name, const std::string& body) {
+    return "0\nBLOCK\n8\n0\n2\n" + name + "\n70\n0\n10\n0\n20\n0\n30\n0\n" + body +
+           "0\nENDBLK\n8\n0\n";
+  };
+  std::string blocks = block("SELF", square("0", 0) + insert("SELF", 20, 1));
+  for (int i = 0; i < 12; ++i) {
+    std::string next = "L" + std::to_string(i + 1);
+    blocks += block("L" + std::to_string(i), insert(next, 0, 10) + insert(next, 50, 10));
+  }
+  blocks += block("L12", "");
+  std::string text = "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" +
+                     square("plain", -500) + insert("SELF", 1000, 1) + insert("L0", 5000, 1) +
+                     "0\nENDSEC\n0\nEOF\n";
+  Dxf_Drawing d = Read_Text(text);
+  EXPECT_TRUE(Has_Problem(d, "INSERT of block SELF refused: the block inserts itself"));
+  EXPECT_TRUE(Has_Problem(d, "the blocks expand to more than"));
+  ASSERT_GE(d.sections.size(), 2u);
+  EXPECT_EQ(d.sections[0].name, "plain@-495,5");
+  EXPECT_EQ(d.sections[1].name, "0@1005,5");  // the block's own square, placed once
+}
+
+// Angles of any size end in time: a turn is never stepped through.
+TEST(Dxf, ArcAndEllipseAnglesOfAnySize) {
+  auto entities = [](const std::string& body) {
+    return "0\nSECTION\n2\nENTITIES\n" + body + "0\nENDSEC\n0\nEOF\n";
+  };
+  auto line = [](const char* layer, double x1, double x2) {
+    return std::string("0\nLINE\n8\n") + layer + "\n10\n" + std::to_string(x1) +
+           "\n20\n0\n30\n0\n11\n" + std::to_string(x2) + "\n21\n0\n31\n0\n";
+  };
+  // A half circle r 10 from 0 to 180 degrees, written 2.8e9 turns apart,
+  // closed by its diameter.
+  Dxf_Drawing a = Read_Text(
+      entities("0\nARC\n8\na\n10\n0\n20\n0\n30\n0\n40\n10\n50\n-999999999720\n51\n999999999900\n" +
+               line("a", -10, 10)));
+  ASSERT_EQ(a.sections.size(), 1u);
+  EXPECT_NEAR(Props(a.sections[0].outline).area, kPi * 50,
+              1e-5 * kPi * 50);  // digits lost to 1e12 degrees
+  // An ellipse's end angle 1e12 turns on.
+  Dxf_Drawing e = Read_Text(
+      entities("0\nELLIPSE\n8\ne\n10\n0\n20\n0\n30\n0\n11\n15\n21\n0\n31\n0\n40\n1\n41\n0\n42\n" +
+               std::to_string(2 * kPi * 1e12 + kPi) + "\n" + line("e", -15, 15)));
+  EXPECT_EQ(e.sections.size() + e.problems.size(), 1u);
 }
 
 }  // namespace

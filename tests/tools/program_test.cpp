@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <numbers>
 #include <sstream>
 
 #include "section.h"
@@ -159,6 +160,65 @@ TEST_F(Program, ShapeFileLibraryRoundTrip) {
   ASSERT_EQ(Run("library remove lib.slb IPE300").code, 0);
   EXPECT_EQ(Run("library list lib.slb").out, "HEB200\nPL100x10\n");
   Expect_Bad_Input("library remove lib.slb IPE300", "no section 'IPE300'");
+}
+
+// Import writes one geometry file per closed section of a drawing, says so
+// once per file, and names what does not close without writing it.
+TEST_F(Program, ImportWritesOneFilePerSectionAndReportsOpenOutlines) {
+  const std::string dxf = std::string(TESSALINE_TEST_DATA) + "/dxf/";
+  Run_Result r = Run("import '" + dxf + "entities.dxf' -o out");
+  ASSERT_EQ(r.code, 0) << r.err;
+  EXPECT_EQ(std::count(r.out.begin(), r.out.end(), '\n'), 7) << r.out;
+  EXPECT_TRUE(r.err.empty()) << r.err;
+  int files = 0;
+  for (const auto& e : fs::directory_iterator(dir_ / "out")) {
+    ++files;
+    EXPECT_EQ(e.path().extension(), ".wgf") << e.path();
+  }
+  EXPECT_EQ(files, 7);
+  EXPECT_NE(r.out.find("entities.dxf:3  lwpoly@440,20  -> out/entities_3.wgf\n"), std::string::npos)
+      << r.out;
+  // A file read back is the drawing's section: 80 x 40 with corners r 8.
+  std::string error;
+  auto third = Resolve_Section((dir_ / "out" / "entities_3.wgf").string(), &error);
+  ASSERT_TRUE(third) << error;
+  EXPECT_EQ(third->name, "lwpoly@440,20");
+  surface_geometry g{};
+  ASSERT_TRUE(Calc_Exact_Surface_Param(&third->surface, &g));
+  EXPECT_NEAR(g.area, 80 * 40 - (4 - std::numbers::pi) * 64, 1e-9);
+  EXPECT_NEAR(g.centroid_x, 440, 1e-9);
+
+  // --json: the list and nothing else.
+  Run_Result j = Run("import '" + dxf + "entities.dxf' -o again --json");
+  ASSERT_EQ(j.code, 0) << j.err;
+  auto list = nlohmann::json::parse(j.out);
+  ASSERT_EQ(list.size(), 7u);
+  EXPECT_EQ(list[6]["name"], "island@1050,50");
+  EXPECT_EQ(list[6]["file"], "again/entities_7.wgf");
+
+  // The gap outside the tolerance: the closed section is written, each
+  // open end is named with its place and layer, and the exit code says so.
+  Run_Result gaps = Run("import '" + dxf + "gaps.dxf' -o gaps");
+  EXPECT_EQ(gaps.code, 1);
+  EXPECT_EQ(std::count(gaps.out.begin(), gaps.out.end(), '\n'), 1) << gaps.out;
+  EXPECT_NE(gaps.err.find("open outline: the end at (200, 0) on layer far"), std::string::npos)
+      << gaps.err;
+  EXPECT_TRUE(fs::exists(dir_ / "gaps" / "gaps_1.wgf"));
+  EXPECT_FALSE(fs::exists(dir_ / "gaps" / "gaps_2.wgf"));
+  // With a wider tolerance it closes.
+  EXPECT_EQ(Run("import '" + dxf + "gaps.dxf' -o wide --tolerance 0.02").code, 0);
+  EXPECT_TRUE(fs::exists(dir_ / "wide" / "gaps_2.wgf"));
+
+  // Nothing closes, or nothing can be read: exit 1 and no file.
+  Run_Result open = Run("import '" + dxf + "open.dxf' -o open");
+  EXPECT_EQ(open.code, 1);
+  EXPECT_NE(open.err.find("open outline"), std::string::npos) << open.err;
+  EXPECT_TRUE(open.out.empty()) << open.out;
+  EXPECT_TRUE(fs::is_empty(dir_ / "open"));
+  Expect_Bad_Input("import '" + dxf + "corrupt.dxf' -o bad", "not an ASCII DXF");
+  Expect_Bad_Input("import missing.dxf -o bad", "missing.dxf: no such file");
+  EXPECT_FALSE(fs::exists(dir_ / "bad"));
+  EXPECT_EQ(Run("import '" + dxf + "entities.dxf'").code, 2);  // no -o
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "cli_common.h"
 #include "dxf.h"
+#include "section_files.h"
 
 namespace tessaline::cli {
 
@@ -46,7 +47,9 @@ int Run_Import(const Import_Args& a) {
     }
     std::string path =
         (fs::path(a.output) / (stem + "_" + std::to_string(i + 1) + ".wgf")).string();
-    Write_Geometry(*section, path);
+    // Written here rather than through Write_Geometry, which prints a line
+    // of its own: one line per file below, and nothing but the list with --json.
+    if (!app::Write_Geometry_File(*section, path, &error)) throw Bad_Input(path + ": " + error);
     out.push_back({{"section", label}, {"name", d.name}, {"file", path}});
     if (!a.json) std::cout << label << "  " << d.name << "  -> " << path << "\n";
   }

@@ -4,6 +4,7 @@
 #include <dxflib/dl_creationadapter.h>
 #include <dxflib/dl_dxf.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -18,7 +19,8 @@ namespace tessaline::app {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int kMax_Depth = 16;
+constexpr size_t kMax_Depth = 16;
+constexpr long kMax_Expansion_Work = 1000000;
 constexpr size_t kMax_Pieces = 200000;
 constexpr size_t kMax_Problems = 50;
 
@@ -55,9 +57,14 @@ Affine Scale(double sx, double sy) {
   return {sx, 0, 0, sy, 0, 0};
 }
 
+// The counter-clockwise arc from a1 to a2, its span in (0, 2 pi]. Angles
+// of any size (a drawing may hold 1e12): the start is reduced to a turn
+// and the span taken modulo a turn, never stepped a turn at a time.
 Piece Arc_Piece(double xc, double yc, double r, double a1, double a2) {
-  while (a2 <= a1) a2 += 2 * kPi;
-  while (a2 > a1 + 2 * kPi) a2 -= 2 * kPi;
+  double span = std::fmod(a2 - a1, 2 * kPi);
+  if (span <= 0) span += 2 * kPi;
+  if (std::abs(a1) > 2 * kPi) a1 = std::remainder(a1, 2 * kPi);
+  a2 = a1 + span;
   return {Piece::kArc,
           xc + r * std::cos(a1),
           yc + r * std::sin(a1),
@@ -113,8 +120,11 @@ class Collector : public DL_CreationAdapter {
   int insunits = 0;
   std::vector<std::string> problems;
 
+  // Each problem once: a block inserted many times would repeat its own.
   void Problem(const std::string& what) {
-    if (problems.size() < kMax_Problems) problems.push_back(what);
+    if (problems.size() < kMax_Problems &&
+        std::find(problems.begin(), problems.end(), what) == problems.end())
+      problems.push_back(what);
   }
 
   void addBlock(const DL_BlockData& data) override {
@@ -133,7 +143,7 @@ class Collector : public DL_CreationAdapter {
   }
   void addArc(const DL_ArcData& d) override {
     Flush();
-    if (Bad_Radius(d.radius, "ARC")) return;
+    if (Bad_Radius(d.radius, "ARC") || Bad_Angles(d.angle1, d.angle2, "ARC")) return;
     Add(Arc_Piece(d.cx, d.cy, d.radius, d.angle1 * kPi / 180, d.angle2 * kPi / 180), true);
   }
   void addCircle(const DL_CircleData& d) override {
@@ -149,7 +159,9 @@ class Collector : public DL_CreationAdapter {
               " refused: only circular ellipses are read; redraw it as arcs");
       return;
     }
+    if (Bad_Angles(d.angle1, d.angle2, "ELLIPSE")) return;
     double rot = std::atan2(d.my, d.mx), span = d.angle2 - d.angle1;
+    if (std::abs(span) > 4 * kPi) span = std::fmod(span, 2 * kPi);
     if (span <= 0) span += 2 * kPi;
     if (std::abs(span - 2 * kPi) <= 1e-12)
       Add({Piece::kCircle, 0, 0, 0, 0, d.cx, d.cy, r, 0, 2 * kPi}, false);
@@ -237,6 +249,11 @@ class Collector : public DL_CreationAdapter {
     Problem(std::string(kind) + " on layer " + Layer() + " refused: its radius is not positive");
     return true;
   }
+  bool Bad_Angles(double a1, double a2, const char* kind) {
+    if (std::isfinite(a1) && std::isfinite(a2)) return false;
+    Problem(std::string(kind) + " on layer " + Layer() + " refused: its angles are not finite");
+    return true;
+  }
   void Add(Piece p, bool ocs) {
     if (ocs && Ocs_Mirrored()) Transform(Scale(-1, 1), &p);
     Push({p, Layer()});
@@ -275,44 +292,76 @@ double Unit_Mm(int insunits) {
   }
 }
 
-void Expand(Collector& c, const Block& block, const Affine& m, const std::string& layer0, int depth,
-            std::vector<Layered_Piece>* out) {
-  for (const Layered_Piece& lp : block.pieces) {
-    if (out->size() >= kMax_Pieces) return;
-    Layered_Piece p = lp;
-    if (!Transform(m, &p.piece)) {
-      c.Problem("arc on layer " + p.layer +
-                " refused: its block is inserted with unequal x and y scales");
-      continue;
+// The expansion of model space through its INSERTs. Blocks that insert
+// each other several times over multiply at every level, so the work is
+// bounded as a whole (pieces placed or refused, copies made), not only by
+// the depth, and a block inserted inside itself is refused outright.
+class Expansion {
+ public:
+  Expansion(Collector& c, std::vector<Layered_Piece>* out) : c_(c), out_(out) {}
+
+  void Run(const Block& block, const Affine& m, const std::string& layer0) {
+    if (!Spend()) return;
+    for (const Layered_Piece& lp : block.pieces) {
+      if (out_->size() >= kMax_Pieces || !Spend()) return;
+      Layered_Piece p = lp;
+      if (!Transform(m, &p.piece)) {
+        if (c_.problems.size() < kMax_Problems)
+          c_.Problem("arc on layer " + p.layer +
+                     " refused: its block is inserted with unequal x and y scales");
+        continue;
+      }
+      // Entities on layer 0 of a block take the layer of the insert.
+      if (p.layer == "0" && !layer0.empty()) p.layer = layer0;
+      out_->push_back(std::move(p));
     }
-    // Entities on layer 0 of a block take the layer of the insert.
-    if (p.layer == "0" && !layer0.empty()) p.layer = layer0;
-    out->push_back(std::move(p));
-  }
-  for (const Insert& ins : block.inserts) {
-    auto it = c.blocks.find(ins.name);
-    if (it == c.blocks.end()) {
-      c.Problem("INSERT of block " + ins.name + " refused: no such block");
-      continue;
-    }
-    if (depth >= kMax_Depth || static_cast<long>(ins.cols) * ins.rows > 10000) {
-      c.Problem("INSERT of block " + ins.name + " refused: nested too deep or too many copies");
-      continue;
-    }
-    const Block& b = it->second;
-    for (int r = 0; r < ins.rows; ++r) {
-      for (int k = 0; k < ins.cols; ++k) {
-        Affine place =
-            Compose(Translate(ins.ipx, ins.ipy),
-                    Compose(Rotate(ins.angle),
-                            Compose(Translate(k * ins.col_step, r * ins.row_step),
-                                    Compose(Scale(ins.sx, ins.sy), Translate(-b.bx, -b.by)))));
-        std::string layer = ins.layer == "0" ? layer0 : ins.layer;
-        Expand(c, b, Compose(m, Compose(ins.placement, place)), layer, depth + 1, out);
+    chain_.push_back(&block);
+    for (const Insert& ins : block.inserts) {
+      if (!Spend()) break;
+      auto it = c_.blocks.find(ins.name);
+      if (it == c_.blocks.end()) {
+        c_.Problem("INSERT of block " + ins.name + " refused: no such block");
+        continue;
+      }
+      const Block& b = it->second;
+      if (std::find(chain_.begin(), chain_.end(), &b) != chain_.end()) {
+        c_.Problem("INSERT of block " + ins.name + " refused: the block inserts itself");
+        continue;
+      }
+      if (chain_.size() > kMax_Depth || static_cast<long>(ins.cols) * ins.rows > 10000) {
+        c_.Problem("INSERT of block " + ins.name + " refused: nested too deep or too many copies");
+        continue;
+      }
+      std::string layer = ins.layer == "0" ? layer0 : ins.layer;
+      for (int r = 0; r < ins.rows && work_ > 0; ++r) {
+        for (int k = 0; k < ins.cols && work_ > 0; ++k) {
+          Affine place =
+              Compose(Translate(ins.ipx, ins.ipy),
+                      Compose(Rotate(ins.angle),
+                              Compose(Translate(k * ins.col_step, r * ins.row_step),
+                                      Compose(Scale(ins.sx, ins.sy), Translate(-b.bx, -b.by)))));
+          Run(b, Compose(m, Compose(ins.placement, place)), layer);
+        }
       }
     }
+    chain_.pop_back();
   }
-}
+
+ private:
+  // One unit of work; false once the budget is spent (said once).
+  bool Spend() {
+    if (work_ <= 0) return false;
+    if (--work_ > 0) return true;
+    c_.Problem("INSERTs refused: the blocks expand to more than " +
+               std::to_string(kMax_Expansion_Work) + " pieces and copies");
+    return false;
+  }
+
+  Collector& c_;
+  std::vector<Layered_Piece>* out_;
+  std::vector<const Block*> chain_;
+  long work_ = kMax_Expansion_Work;
+};
 
 // An ASCII DXF file starts with group code 0 and SECTION (comments, code
 // 999, may come first).
@@ -390,7 +439,7 @@ bool Read_Dxf_Pieces(const std::string& path, std::vector<Layered_Piece>* pieces
     return false;
   }
   pieces->clear();
-  Expand(c, c.model, Scale(unit, unit), "", 0, pieces);
+  Expansion(c, pieces).Run(c.model, Scale(unit, unit), "");
   if (pieces->size() >= kMax_Pieces) c.Problem("more than 200000 elements: the rest is left out");
   *unit_mm = unit;
   problems->insert(problems->end(), c.problems.begin(), c.problems.end());

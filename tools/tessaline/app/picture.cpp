@@ -65,7 +65,7 @@ std::string Format_Length(double v) {
 // The memory context the picture is drawn on, released in any case.
 class Canvas {
  public:
-  Canvas(int w, int h) : w_(w), h_(h) {
+  Canvas(int w, int h) {
     dc_ = CreateCompatibleDC(nullptr);
     bitmap_ = dc_ ? CreateCompatibleBitmap(dc_, w, h) : nullptr;
     if (bitmap_) old_ = SelectObject(dc_, bitmap_);
@@ -81,7 +81,6 @@ class Canvas {
   HDC dc() const { return dc_; }
 
  private:
-  int w_, h_;
   HDC dc_ = nullptr;
   HBITMAP bitmap_ = nullptr;
   HGDIOBJ old_ = nullptr;
