@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numbers>
 #include <numeric>
 #include <vector>
 
+#include "analysis/warping_high_order.h"
 #include "analysis/warping_solve.h"
 #include "platform/locked.h"
 #include "tessaline/analysis/exact.h"
@@ -18,6 +20,8 @@ constexpr double kDefault_Gap = 1e-6;
 constexpr int kDefault_Budget = 200000;
 // Elements of the starting mesh of a surface.
 constexpr double kStart_Elements = 128.0;
+// The high-order path's coarse mesh and orders.
+constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 3, 10};
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
@@ -203,6 +207,7 @@ int Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
   result->shear_area_x = s.shear_area_x;
   result->shear_area_y = s.shear_area_y;
   result->max_shear_stress = s.max_tau;
+  result->order = 2;
   return status;
 }
 
@@ -239,5 +244,95 @@ int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
 
 int Calc_Torsion_Warping(Surface_Type* surface, const Torsion_Warping_Options* options,
                          Torsion_Warping_Result* result, FE_Split* split) {
+  if (!split) return Torsion_Warping_High_Order(surface, options, result, nullptr);
   return Torsion_Warping_Of_Surface(surface, options, result, split, Warping_Refinement::kAdaptive);
+}
+
+int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Options* options,
+                               Torsion_Warping_Result* result, int* order,
+                               const High_Order_Settings* settings) {
+  if (order) *order = 0;
+  if (!result) return TORSION_WARPING_FAILED;
+  result->status = TORSION_WARPING_FAILED;
+  surface_geometry g{};
+  if (!surface || !Calc_Exact_Surface_Param(surface, &g) || !(g.area > 0)) {
+    return TORSION_WARPING_FAILED;
+  }
+  const High_Order_Settings set = settings ? *settings : kHigh_Order_Defaults;
+  double gap = options && options->relative_gap > 0 ? options->relative_gap : kDefault_Gap;
+  if (!std::isfinite(gap)) gap = kDefault_Gap;
+  const double Mt = options && options->Mt != 0 && std::isfinite(options->Mt) ? options->Mt : 1.0;
+  // A curved edge that bulges across its element folds the map: the mesh
+  // is then made finer once.
+  // Every arc in two pieces at least and every circle in eight: the mesher
+  // may split a boundary chord, and a node in the middle of a longer chord
+  // lies too far inside to be known as the curve's.
+  const std::vector<Warping_Curve> curves = Read_Warping_Curves(surface);
+  double h_curves = HUGE_VAL;
+  for (const Warping_Curve& c : curves) {
+    h_curves =
+        std::min(h_curves, c.sweep >= 2 * std::numbers::pi ? 0.75 * c.r : 0.5 * c.r * c.sweep);
+  }
+  for (double elements : {set.elements, 4 * set.elements}) {
+    FE_Split s{};
+    std::vector<double> x, y;
+    std::vector<std::array<int32_t, 3>> tri;
+    const bool split =
+        Split_Surface_By_Mesher(surface, &s, &s.node_count, &s.triangles, &s.triangle_count,
+                                nullptr, std::min(h_curves, std::sqrt(2.0 * g.area / elements))) &&
+        Read_Linear(s, &x, &y, &tri);
+    Free_FE_Split(&s);
+    if (!split) break;
+    const P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
+    const int first = std::clamp(set.first_order, kHigh_Order_Min, kHigh_Order_Max);
+    const int last = std::clamp(set.last_order, first, kHigh_Order_Max);
+    double previous = 0;
+    int solves = 0;
+    bool folded = false;
+    for (int p = first; p <= last;) {
+      const Warping_Solution w = Solve_Warping_High_Order(mesh, p, Mt);
+      if (!w.ok) {
+        folded = true;
+        break;
+      }
+      ++solves;
+      const double now = (w.J_upper - w.J_lower) / w.J_upper;
+      if (now <= gap) {
+        result->status = TORSION_WARPING_GAP_REACHED;
+        result->elements = static_cast<int32_t>(mesh.tri.size());
+        result->nodes = static_cast<int32_t>(mesh.x.size());
+        result->refinements = solves - 1;
+        result->J_upper = w.J_upper;
+        result->J_lower = w.J_lower;
+        result->J = 0.5 * (w.J_upper + w.J_lower);
+        result->relative_gap = now;
+        result->area = w.area;
+        result->centroid_x = w.cx;
+        result->centroid_y = w.cy;
+        result->shear_centre_x = w.xs;
+        result->shear_centre_y = w.ys;
+        result->Cw = w.Cw;
+        result->shear_area_x = w.shear_area_x;
+        result->shear_area_y = w.shear_area_y;
+        result->max_shear_stress = w.max_tau;
+        result->order = p;
+        if (order) *order = p;
+        return result->status;
+      }
+      // The gap falls about geometrically with the order: from the last
+      // two solves, the order that should meet it.
+      int next = p + 1;
+      if (previous > 0 && now > 0 && now < previous) {
+        const double steps = std::ceil(std::log(gap / now) / std::log(now / previous));
+        if (std::isfinite(steps)) next = p + std::clamp(static_cast<int>(steps), 1, last - p + 1);
+      }
+      previous = now;
+      if (p == last) break;
+      p = std::min(next, last);
+    }
+    if (!folded) break;
+  }
+  if (order) *order = 2;
+  return Torsion_Warping_Of_Surface(surface, options, result, nullptr,
+                                    Warping_Refinement::kAdaptive);
 }

@@ -57,22 +57,14 @@ double Element_Size(double area, int count) {
   return std::sqrt(4 * area / (std::sqrt(3.0) * count));
 }
 
-// The high-order torsion and warping: a coarse mesher split refined until
-// the bounds on J meet the gap or the budget is spent.
+// The high-order torsion and warping: the order of a coarse mesh's
+// elements raised until the bounds on J meet the gap.
 bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
                         std::string* error) {
-  Split_Owner m;
   if (o.progress) o.progress->SetPos(5);
-  if (!Split_Surface_By_Mesher(&s.surface, &m.split, &m.split.node_count, &m.split.triangles,
-                               &m.split.triangle_count, nullptr, Element_Size(r->area, 200)) ||
-      m.split.triangle_count <= 0) {
-    *error = "the section could not be split into elements";
-    return false;
-  }
-  if (o.progress) o.progress->SetPos(30);
   Torsion_Warping_Options options{o.gap, 0, 1.0};
   Torsion_Warping_Result t{};
-  if (Calc_Torsion_Warping_On_Split(&s.surface, &m.split, &options, &t) == TORSION_WARPING_FAILED) {
+  if (Calc_Torsion_Warping(&s.surface, &options, &t, nullptr) == TORSION_WARPING_FAILED) {
     *error = "the torsion analysis failed";
     return false;
   }
@@ -84,9 +76,9 @@ bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
   r->xs = t.shear_centre_x;
   r->ys = t.shear_centre_y;
   char note[160];
-  std::snprintf(note, sizeof note, "%s: relative gap %.2g, %d quadratic elements",
+  std::snprintf(note, sizeof note, "%s: relative gap %.2g, %d elements of order %d",
                 t.status == TORSION_WARPING_GAP_REACHED ? "gap reached" : "element budget spent",
-                t.relative_gap, t.elements);
+                t.relative_gap, t.elements, t.order);
   r->torsion_note = note;
   return true;
 }
