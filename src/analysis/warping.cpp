@@ -21,7 +21,7 @@ constexpr int kDefault_Budget = 200000;
 // Elements of the starting mesh of a surface.
 constexpr double kStart_Elements = 128.0;
 // The high-order path's coarse mesh and orders.
-constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 3, 10};
+constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 4, 10, 1};
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
@@ -71,6 +71,44 @@ std::vector<char> Mark_Elements(const std::vector<double>& eta, double share) {
     marked[e] = 1;
     sum += eta[e];
     last = eta[e];
+  }
+  return marked;
+}
+
+// The elements that touch a sharp corner of the boundary: a corner node
+// where two straight boundary edges meet at an angle. The fields' second
+// derivatives grow without bound there, and raising the order alone
+// converges slowly; smaller elements around it restore the pace.
+std::vector<char> Sharp_Corner_Elements(const P2_Mesh& m) {
+  std::vector<int32_t> component;
+  int components = 0;
+  std::vector<char> sharp(m.x.size(), 0);
+  auto curved = [&](int32_t a, int32_t b) {
+    auto it = m.edge_curve.find(Edge_Key(a, b));
+    return it != m.edge_curve.end() && it->second >= 0;
+  };
+  auto curve_of = [&](int32_t a, int32_t b) {
+    auto it = m.edge_curve.find(Edge_Key(a, b));
+    return it != m.edge_curve.end() ? it->second : -1;
+  };
+  for (const P2_Loop& l : Boundary_Loops(m, &component, &components)) {
+    const size_t n = l.nodes.size();
+    for (size_t i = 0; i + 1 < n; i += 2) {
+      const int32_t a = l.nodes[(i + n - 2) % n], v = l.nodes[i], b = l.nodes[(i + 2) % n];
+      if (curve_of(a, v) != curve_of(v, b)) {
+        sharp[v] = 1;  // where a fillet meets a straight edge
+        continue;
+      }
+      if (curved(a, v) || curved(v, b)) continue;
+      const double ux = m.x[v] - m.x[a], uy = m.y[v] - m.y[a];
+      const double wx = m.x[b] - m.x[v], wy = m.y[b] - m.y[v];
+      const double turn = std::atan2(ux * wy - uy * wx, ux * wx + uy * wy);
+      if (std::fabs(turn) > 0.35) sharp[v] = 1;
+    }
+  }
+  std::vector<char> marked(m.tri.size(), 0);
+  for (size_t e = 0; e < m.tri.size(); ++e) {
+    for (int i = 0; i < 3; ++i) marked[e] |= sharp[m.tri[e][i]];
   }
   return marked;
 }
@@ -283,7 +321,10 @@ int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Opti
         Read_Linear(s, &x, &y, &tri);
     Free_FE_Split(&s);
     if (!split) break;
-    const P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
+    P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
+    for (int round = 0; round < set.corner_rounds; ++round) {
+      mesh = Bisect_P2_Mesh(mesh, Sharp_Corner_Elements(mesh));
+    }
     const int first = std::clamp(set.first_order, kHigh_Order_Min, kHigh_Order_Max);
     const int last = std::clamp(set.last_order, first, kHigh_Order_Max);
     double previous = 0;

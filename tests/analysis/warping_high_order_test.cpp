@@ -163,7 +163,7 @@ TEST(Torsion_Warping_High_Order, FallsBackAndRefusesBadInput) {
   angle.Angle(60, 40, 6);
   Torsion_Warping_Result r{};
   const Torsion_Warping_Options loose{5e-3, 0, 1.0};
-  const High_Order_Settings quadratic_only{64, 2, 2};
+  const High_Order_Settings quadratic_only{64, 2, 2, 0};
   int order = -1;
   ASSERT_EQ(Torsion_Warping_High_Order(angle.surface(), &loose, &r, &order, &quadratic_only),
             TORSION_WARPING_GAP_REACHED);
