@@ -2,6 +2,7 @@
 // hierarchical shape functions and curved edges mapped onto their arcs.
 #include "analysis/warping_high_order.h"
 
+#include <Eigen/Cholesky>
 #include <Eigen/SparseCholesky>
 #include <algorithm>
 #include <cmath>
@@ -313,9 +314,10 @@ Layout Make_Layout(const P2_Mesh& m) {
   return L;
 }
 
-// Global numbers and signs of an element's shape functions.
+// Global numbers and signs of an element's corner and edge functions (its
+// first 3p); the interior ones are the element's own.
 void Element_Dofs(const Layout& L, int p, size_t el, int32_t* dof, double* sign) {
-  const int per_edge = p - 1, per_inner = (p - 1) * (p - 2) / 2;
+  const int per_edge = p - 1;
   int f = 0;
   for (int i = 0; i < 3; ++i) {
     dof[f] = L.corner[el][i];
@@ -326,11 +328,6 @@ void Element_Dofs(const Layout& L, int p, size_t el, int32_t* dof, double* sign)
       dof[f] = L.corners + L.edge[el][i] * per_edge + (k - 2);
       sign[f++] = L.reversed[el][i] && (k % 2) ? -1.0 : 1.0;
     }
-  }
-  const int32_t base = L.corners + L.edges * per_edge + static_cast<int32_t>(el) * per_inner;
-  for (int i = 0; i < per_inner; ++i) {
-    dof[f] = base + i;
-    sign[f++] = 1;
   }
 }
 
@@ -365,10 +362,10 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   // Straight elements integrate polynomials of degree 2p exactly; curved
   // ones, whose map is not a polynomial, take more points.
   const Table straight = Make_Table(p, p + 2), curved = Make_Table(p, p + 5);
-  const int nb = straight.nb;
+  const int nb = straight.nb, ms = 3 * p, ni = nb - ms;
   const size_t ne = L.maps.size();
-  const int per_edge = p - 1, per_inner = (p - 1) * (p - 2) / 2;
-  const int n = L.corners + L.edges * per_edge + static_cast<int>(ne) * per_inner;
+  const int per_edge = p - 1;
+  const int n = L.corners + L.edges * per_edge;  // corner and edge unknowns
 
   // Centroid first: the other integrals are taken about it.
   double A = 0, Qx = 0, Qy = 0;
@@ -387,18 +384,27 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   out.cx = Qx / A;
   out.cy = Qy / A;
 
+  // Element by element: the stiffness of the Laplacian and four loads (the
+  // warping load, the Prandtl load and the first moments of the shape
+  // functions in x and y); the interior functions are condensed out, their
+  // share of the loads' energies summed into C, and what recovers them
+  // from the corner and edge values is kept (X and Y per element).
   Triplets k;
-  k.reserve(ne * static_cast<size_t>(nb * nb));
-  Eigen::VectorXd F = Eigen::VectorXd::Zero(n), P = F, gx = F, gy = F;
+  k.reserve(ne * static_cast<size_t>(ms * ms));
+  Eigen::MatrixXd G = Eigen::MatrixXd::Zero(n, 4);
+  Eigen::Matrix4d C = Eigen::Matrix4d::Zero();
   double Sxx = 0, Syy = 0, Sxy = 0;
-  std::vector<int32_t> dof(static_cast<size_t>(nb));
-  std::vector<double> sign(static_cast<size_t>(nb)), ke(static_cast<size_t>(nb * nb));
+  std::vector<int32_t> dof(static_cast<size_t>(ms));
+  std::vector<double> sign(static_cast<size_t>(nb), 1.0);
+  std::vector<Eigen::MatrixXd> X(ne), Y(ne);
+  Eigen::MatrixXd ke(nb, nb), le(nb, 4);
   std::vector<double> dx(static_cast<size_t>(nb)), dy(static_cast<size_t>(nb));
   for (size_t e = 0; e < ne; ++e) {
     const Element_Map& map = L.maps[e];
     const Table& T = map.curved ? curved : straight;
     Element_Dofs(L, p, e, dof.data(), sign.data());
-    std::fill(ke.begin(), ke.end(), 0.0);
+    ke.setZero();
+    le.setZero();
     double c1 = 0, c2 = 0, c3 = 0, det = 0;
     for (int q = 0; q < T.nq; ++q) {
       Point pt;
@@ -415,15 +421,14 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
       Syy += w * pt.y * pt.y;
       Sxy += w * pt.x * pt.y;
       for (int i = 0; i < nb; ++i) {
-        const double s = sign[i] * w;
-        F[dof[i]] += s * (pt.y * dx[i] - pt.x * dy[i]);
-        P[dof[i]] += s * 2.0 * N[i];
-        gx[dof[i]] += s * pt.x * N[i];
-        gy[dof[i]] += s * pt.y * N[i];
+        le(i, 0) += w * (pt.y * dx[i] - pt.x * dy[i]);
+        le(i, 1) += w * 2.0 * N[i];
+        le(i, 2) += w * pt.x * N[i];
+        le(i, 3) += w * pt.y * N[i];
       }
       if (map.curved) {
-        for (int i = 0; i < nb; ++i) {
-          for (int j = 0; j < nb; ++j) ke[i * nb + j] += w * (dx[i] * dx[j] + dy[i] * dy[j]);
+        for (int j = 0; j < nb; ++j) {
+          for (int i = 0; i < nb; ++i) ke(i, j) += w * (dx[i] * dx[j] + dy[i] * dy[j]);
         }
       } else if (q == 0) {
         // Affine: the Jacobian is constant, the stiffness a sum of the
@@ -435,14 +440,34 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
       }
     }
     if (!map.curved) {
-      for (int i = 0; i < nb * nb; ++i) {
-        ke[i] = det * (c1 * T.Axx[i] + c2 * T.Axy[i] + c3 * T.Ayy[i]);
+      for (int j = 0; j < nb; ++j) {
+        for (int i = 0; i < nb; ++i) {
+          const size_t ij = static_cast<size_t>(i * nb + j);
+          ke(i, j) = det * (c1 * T.Axx[ij] + c2 * T.Axy[ij] + c3 * T.Ayy[ij]);
+        }
       }
     }
-    for (int i = 0; i < nb; ++i) {
-      for (int j = 0; j < nb; ++j) {
-        k.emplace_back(dof[i], dof[j], sign[i] * sign[j] * ke[i * nb + j]);
+    for (int i = 0; i < ms; ++i) {
+      if (sign[i] < 0) {
+        ke.row(i) *= -1;
+        ke.col(i) *= -1;
+        le.row(i) *= -1;
       }
+    }
+    Eigen::MatrixXd ks = ke.topLeftCorner(ms, ms);
+    Eigen::MatrixXd ls = le.topRows(ms);
+    if (ni > 0) {
+      Eigen::LLT<Eigen::MatrixXd> llt(ke.bottomRightCorner(ni, ni));
+      if (llt.info() != Eigen::Success) return out;
+      X[e] = llt.solve(ke.bottomLeftCorner(ni, ms));
+      Y[e] = llt.solve(le.bottomRows(ni));
+      ks.noalias() -= ke.topRightCorner(ms, ni) * X[e];
+      ls.noalias() -= ke.topRightCorner(ms, ni) * Y[e];
+      C.noalias() += le.bottomRows(ni).transpose() * Y[e];
+    }
+    for (int j = 0; j < ms; ++j) {
+      G.row(dof[j]) += ls.row(j);
+      for (int i = 0; i < ms; ++i) k.emplace_back(dof[i], dof[j], ks(i, j));
     }
   }
 
@@ -474,18 +499,23 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   if (ldlt.info() != Eigen::Success) return out;
   const double det = Sxx * Syy - Sxy * Sxy;
   if (!(det > 0)) return out;
-  Eigen::MatrixXd rhs(n, 3);
-  rhs.col(0) = F;
-  rhs.col(1) = (Syy * gx - Sxy * gy) / det;
-  rhs.col(2) = (Sxx * gy - Sxy * gx) / det;
+  // The loads as combinations of the four: warping, shear along x, along y.
+  Eigen::Matrix<double, 4, 3> mix = Eigen::Matrix<double, 4, 3>::Zero();
+  mix(0, 0) = 1;
+  mix(2, 1) = Syy / det;
+  mix(3, 1) = -Sxy / det;
+  mix(2, 2) = -Sxy / det;
+  mix(3, 2) = Sxx / det;
+  Eigen::MatrixXd rhs = G * mix;
   for (int i = 0; i < n; ++i) {
     if (pinned[i]) rhs.row(i).setZero();
   }
   const Eigen::MatrixXd sol = ldlt.solve(rhs);
+  const Eigen::Matrix3d inner = mix.transpose() * C * mix;
   const Eigen::VectorXd omega = sol.col(0);
-  out.J_upper = Sxx + Syy - F.dot(omega);
-  out.shear_area_x = 1.0 / sol.col(1).dot(rhs.col(1));
-  out.shear_area_y = 1.0 / sol.col(2).dot(rhs.col(2));
+  out.J_upper = Sxx + Syy - rhs.col(0).dot(omega) - inner(0, 0);
+  out.shear_area_x = 1.0 / (sol.col(1).dot(rhs.col(1)) + inner(1, 1));
+  out.shear_area_y = 1.0 / (sol.col(2).dot(rhs.col(2)) + inner(2, 2));
 
   // Prandtl: 0 on outer boundaries; on a hole's boundary one unknown, the
   // corners sharing it and the edge functions held at 0.
@@ -527,7 +557,7 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   }
   Eigen::VectorXd Pp = Eigen::VectorXd::Zero(nd);
   for (int i = 0; i < n; ++i) {
-    if (map_dof[i] >= 0) Pp[map_dof[i]] += P[i];
+    if (map_dof[i] >= 0) Pp[map_dof[i]] += G(i, 1);
   }
   for (int h = 0; h < holes; ++h) Pp[h] += 2.0 * hole_area[static_cast<size_t>(h)];
   Eigen::VectorXd phi_d = Eigen::VectorXd::Zero(nd);
@@ -538,7 +568,7 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
     if (lp.info() != Eigen::Success) return out;
     phi_d = lp.solve(Pp);
   }
-  out.J_lower = Pp.dot(phi_d);
+  out.J_lower = Pp.dot(phi_d) + C(1, 1);
   if (!std::isfinite(out.J_upper) || !std::isfinite(out.J_lower)) return out;
 
   // Shear centre and warping constant from omega at the quadrature points;
@@ -546,7 +576,7 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   double Iw = 0, Ixw = 0, Iyw = 0, Iww = 0;
   const double J = 0.5 * (out.J_upper + out.J_lower);
   const double scale = J > 0 ? std::fabs(Mt) / J : 0.0;
-  std::vector<double> lattice_xi, lattice_eta, ln, lx, le;
+  std::vector<double> lattice_xi, lattice_eta, ln, lx, le_;
   for (int i = 0; i <= p; ++i) {
     for (int j = 0; i + j <= p; ++j) {
       lattice_xi.push_back(static_cast<double>(i) / p);
@@ -554,24 +584,41 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
     }
   }
   const size_t nl = lattice_xi.size();
-  ln.resize(nl * nb);
-  lx.resize(nl * nb);
-  le.resize(nl * nb);
+  const size_t nbs = static_cast<size_t>(nb);
+  ln.resize(nl * nbs);
+  lx.resize(nl * nbs);
+  le_.resize(nl * nbs);
   for (size_t s = 0; s < nl; ++s) {
-    Basis(p, 1 - lattice_xi[s] - lattice_eta[s], lattice_xi[s], lattice_eta[s], &ln[s * nb],
-          &lx[s * nb], &le[s * nb]);
+    Basis(p, 1 - lattice_xi[s] - lattice_eta[s], lattice_xi[s], lattice_eta[s], &ln[s * nbs],
+          &lx[s * nbs], &le_[s * nbs]);
   }
-  auto phi_of = [&](int32_t d) { return map_dof[d] >= 0 ? phi_d[map_dof[d]] : 0.0; };
+  Eigen::VectorXd we(nb), fe(nb), ws(ms), fs(ms);
   for (size_t e = 0; e < ne; ++e) {
     const Element_Map& map = L.maps[e];
     const Table& T = map.curved ? curved : straight;
     Element_Dofs(L, p, e, dof.data(), sign.data());
+    // The element's coefficients: the interior ones recovered from the
+    // corner and edge values.
+    // X and Y act on the global values (the signs are in them); the
+    // element's own coefficients carry the edges' signs.
+    for (int i = 0; i < ms; ++i) {
+      ws[i] = omega[dof[i]];
+      fs[i] = map_dof[dof[i]] >= 0 ? phi_d[map_dof[dof[i]]] : 0.0;
+    }
+    if (ni > 0) {
+      we.tail(ni) = Y[e].col(0) - X[e] * ws;
+      fe.tail(ni) = Y[e].col(1) - X[e] * fs;
+    }
+    for (int i = 0; i < ms; ++i) {
+      we[i] = sign[i] * ws[i];
+      fe[i] = sign[i] * fs[i];
+    }
     for (int q = 0; q < T.nq; ++q) {
       Point pt;
       Point_At(map, T.xi[q], T.eta[q], T.w[q], out.cx, out.cy, &pt);
       const double* N = &T.N[static_cast<size_t>(q * nb)];
       double w = 0;
-      for (int i = 0; i < nb; ++i) w += sign[i] * N[i] * omega[dof[i]];
+      for (int i = 0; i < nb; ++i) w += N[i] * we[i];
       Iw += pt.dA * w;
       Ixw += pt.dA * pt.x * w;
       Iyw += pt.dA * pt.y * w;
@@ -581,10 +628,9 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
       Point pt;
       if (!Point_At(map, lattice_xi[s], lattice_eta[s], 1.0, out.cx, out.cy, &pt)) continue;
       double fx = 0, fy = 0;
-      for (int i = 0; i < nb; ++i) {
-        const double v = sign[i] * phi_of(dof[i]);
-        fx += v * (pt.ix[0] * lx[s * nb + i] + pt.ix[2] * le[s * nb + i]);
-        fy += v * (pt.ix[1] * lx[s * nb + i] + pt.ix[3] * le[s * nb + i]);
+      for (size_t i = 0; i < nbs; ++i) {
+        fx += fe[i] * (pt.ix[0] * lx[s * nbs + i] + pt.ix[2] * le_[s * nbs + i]);
+        fy += fe[i] * (pt.ix[1] * lx[s * nbs + i] + pt.ix[3] * le_[s * nbs + i]);
       }
       out.max_tau = std::max(out.max_tau, scale * std::hypot(fx, fy));
     }
