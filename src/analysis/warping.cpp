@@ -21,7 +21,7 @@ constexpr int kDefault_Budget = 200000;
 // Elements of the starting mesh of a surface.
 constexpr double kStart_Elements = 128.0;
 // The high-order path's coarse mesh and orders.
-constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 4, 10, 1};
+constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 5, 10, 1};
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
