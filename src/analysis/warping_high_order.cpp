@@ -485,17 +485,23 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
       pinned[c] = 1;
     }
   }
-  Triplets kw;
-  kw.reserve(k.size());
-  for (const auto& t : k) {
-    if (!pinned[t.row()] && !pinned[t.col()]) kw.push_back(t);
-  }
-  for (int i = 0; i < n; ++i) {
-    if (pinned[i]) kw.emplace_back(i, i, 1.0);
-  }
-  Sparse Kw(n, n);
-  Kw.setFromTriplets(kw.begin(), kw.end());
-  Eigen::SimplicialLDLT<Sparse> ldlt(Kw);
+  // One pattern for both fields: a held unknown keeps its row and column,
+  // zeros with a unit diagonal, so the ordering and the symbolic
+  // factorisation are made once (every unknown has its diagonal).
+  Sparse K(n, n);
+  K.setFromTriplets(k.begin(), k.end());
+  auto held = [&](const std::vector<char>& fixed) {
+    Sparse M = K;
+    for (int c = 0; c < n; ++c) {
+      for (Sparse::InnerIterator it(M, c); it; ++it) {
+        if (fixed[it.row()] || fixed[c]) it.valueRef() = it.row() == c ? 1.0 : 0.0;
+      }
+    }
+    return M;
+  };
+  Eigen::SimplicialLDLT<Sparse> ldlt;
+  ldlt.analyzePattern(K);
+  ldlt.factorize(held(pinned));
   if (ldlt.info() != Eigen::Success) return out;
   const double det = Sxx * Syy - Sxy * Sxy;
   if (!(det > 0)) return out;
@@ -549,19 +555,34 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
   for (int i = 0; i < n; ++i) {
     if (map_dof[i] == -2) map_dof[i] = nd++;
   }
-  Triplets kp;
-  kp.reserve(k.size());
-  for (const auto& t : k) {
-    const int32_t r = map_dof[t.row()], c = map_dof[t.col()];
-    if (r >= 0 && c >= 0) kp.emplace_back(r, c, t.value());
-  }
-  Eigen::VectorXd Pp = Eigen::VectorXd::Zero(nd);
-  for (int i = 0; i < n; ++i) {
-    if (map_dof[i] >= 0) Pp[map_dof[i]] += G(i, 1);
-  }
-  for (int h = 0; h < holes; ++h) Pp[h] += 2.0 * hole_area[static_cast<size_t>(h)];
-  Eigen::VectorXd phi_d = Eigen::VectorXd::Zero(nd);
-  if (nd > 0) {
+  Eigen::VectorXd Pp, phi_d;
+  if (holes == 0) {
+    // No hole: the warping field's pattern and ordering, the outer
+    // boundary's unknowns held at 0.
+    std::vector<char> outer(static_cast<size_t>(n), 0);
+    for (int i = 0; i < n; ++i) {
+      outer[i] = map_dof[i] < 0;
+      map_dof[i] = outer[i] ? -1 : i;
+    }
+    Pp = G.col(1);
+    for (int i = 0; i < n; ++i) {
+      if (outer[i]) Pp[i] = 0;
+    }
+    ldlt.factorize(held(outer));
+    if (ldlt.info() != Eigen::Success) return out;
+    phi_d = ldlt.solve(Pp);
+  } else {
+    Triplets kp;
+    kp.reserve(k.size());
+    for (const auto& t : k) {
+      const int32_t r = map_dof[t.row()], c = map_dof[t.col()];
+      if (r >= 0 && c >= 0) kp.emplace_back(r, c, t.value());
+    }
+    Pp = Eigen::VectorXd::Zero(nd);
+    for (int i = 0; i < n; ++i) {
+      if (map_dof[i] >= 0) Pp[map_dof[i]] += G(i, 1);
+    }
+    for (int h = 0; h < holes; ++h) Pp[h] += 2.0 * hole_area[static_cast<size_t>(h)];
     Sparse Kp(nd, nd);
     Kp.setFromTriplets(kp.begin(), kp.end());
     Eigen::SimplicialLDLT<Sparse> lp(Kp);
