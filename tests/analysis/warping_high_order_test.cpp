@@ -155,21 +155,22 @@ TEST(Torsion_Warping_High_Order, AgreesWithTheQuadraticPath) {
 }
 
 // A re-entrant corner without a fillet: when the last order does not meet
-// the gap, the quadratic path takes over and still meets it. Input that
-// cannot be analysed fails.
+// the gap, the quadratic path takes over and still meets it (the error
+// sits in the few elements at the corner, and refining them alone used to
+// stop the refinement early). Input that cannot be analysed fails.
 TEST(Torsion_Warping_High_Order, FallsBackAndRefusesBadInput) {
   if (!Mesher_Available()) GTEST_SKIP() << "built without CGAL: no mesher";
   Section angle;
   angle.Angle(60, 40, 6);
   Torsion_Warping_Result r{};
-  const Torsion_Warping_Options loose{5e-3, 0, 1.0};
+  const Torsion_Warping_Options loose{1e-4, 0, 1.0};
   const High_Order_Settings quadratic_only{64, 2, 2, 0};
   int order = -1;
   ASSERT_EQ(Torsion_Warping_High_Order(angle.surface(), &loose, &r, &order, &quadratic_only),
             TORSION_WARPING_GAP_REACHED);
   EXPECT_EQ(order, 2);
   EXPECT_EQ(r.order, 2);
-  EXPECT_LE(r.relative_gap, 5e-3);
+  EXPECT_LE(r.relative_gap, 1e-4);
   const double thin = (60 + 40 - 6) * 216.0 / 3;  // the legs' thin-wall sum, above J
   EXPECT_NEAR(r.J, thin, 0.15 * thin);
   // Raising the order meets a moderate gap there all the same.
