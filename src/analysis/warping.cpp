@@ -21,7 +21,7 @@ constexpr int kDefault_Budget = 200000;
 // Elements of the starting mesh of a surface.
 constexpr double kStart_Elements = 128.0;
 // The high-order path's coarse mesh and orders.
-constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 5, 10, 1};
+constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 5, 10, 1, 8};
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
@@ -79,7 +79,7 @@ std::vector<char> Mark_Elements(const std::vector<double>& eta, double share) {
 // where two straight boundary edges meet at an angle. The fields' second
 // derivatives grow without bound there, and raising the order alone
 // converges slowly; smaller elements around it restore the pace.
-std::vector<char> Sharp_Corner_Elements(const P2_Mesh& m) {
+std::vector<char> Sharp_Corner_Elements(const P2_Mesh& m, bool reentrant_only) {
   std::vector<int32_t> component;
   int components = 0;
   std::vector<char> sharp(m.x.size(), 0);
@@ -96,14 +96,15 @@ std::vector<char> Sharp_Corner_Elements(const P2_Mesh& m) {
     for (size_t i = 0; i + 1 < n; i += 2) {
       const int32_t a = l.nodes[(i + n - 2) % n], v = l.nodes[i], b = l.nodes[(i + 2) % n];
       if (curve_of(a, v) != curve_of(v, b)) {
-        sharp[v] = 1;  // where a fillet meets a straight edge
+        sharp[v] = !reentrant_only;  // where a fillet meets a straight edge
         continue;
       }
       if (curved(a, v) || curved(v, b)) continue;
       const double ux = m.x[v] - m.x[a], uy = m.y[v] - m.y[a];
       const double wx = m.x[b] - m.x[v], wy = m.y[b] - m.y[v];
       const double turn = std::atan2(ux * wy - uy * wx, ux * wx + uy * wy);
-      if (std::fabs(turn) > 0.35) sharp[v] = 1;
+      // The material lies left of the loops: a re-entrant corner turns right.
+      if (reentrant_only ? turn < -0.35 : std::fabs(turn) > 0.35) sharp[v] = 1;
     }
   }
   std::vector<char> marked(m.tri.size(), 0);
@@ -330,7 +331,15 @@ int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Opti
     if (!split) break;
     P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
     for (int round = 0; round < set.corner_rounds; ++round) {
-      mesh = Bisect_P2_Mesh(mesh, Sharp_Corner_Elements(mesh));
+      mesh = Bisect_P2_Mesh(mesh, Sharp_Corner_Elements(mesh, false));
+    }
+    // A re-entrant corner without a fillet is graded further: each round
+    // halves the elements around it, and a few small elements there cost
+    // less than the orders the corner would need.
+    for (int round = 0; round < set.reentrant_rounds; ++round) {
+      const std::vector<char> marked = Sharp_Corner_Elements(mesh, true);
+      if (std::find(marked.begin(), marked.end(), 1) == marked.end()) break;
+      mesh = Bisect_P2_Mesh(mesh, marked);
     }
     const int first = std::clamp(set.first_order, kHigh_Order_Min, kHigh_Order_Max);
     const int last = std::clamp(set.last_order, first, kHigh_Order_Max);

@@ -41,7 +41,8 @@ Warping_Solution Solve_Warping_High_Order(const P2_Mesh& mesh, int p, double Mt)
 struct High_Order_Settings {
   double elements;  // the mesher's element size gives about this many on the area
   int first_order, last_order;
-  int corner_rounds;  // bisections of the elements at sharp corners
+  int corner_rounds;     // bisections of the elements at sharp corners and fillet ends
+  int reentrant_rounds;  // further ones at re-entrant corners
 };
 int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Options* options,
                                Torsion_Warping_Result* result, int* order,

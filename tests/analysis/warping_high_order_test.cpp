@@ -154,8 +154,9 @@ TEST(Torsion_Warping_High_Order, AgreesWithTheQuadraticPath) {
   }
 }
 
-// A re-entrant corner without a fillet: when the last order does not meet
-// the gap, the quadratic path takes over and still meets it (the error
+// A re-entrant corner without a fillet: graded elements around it let the
+// order meet the gap; when the last order does not, the quadratic path
+// takes over and still meets it (the error
 // sits in the few elements at the corner, and refining them alone used to
 // stop the refinement early). Input that cannot be analysed fails.
 TEST(Torsion_Warping_High_Order, FallsBackAndRefusesBadInput) {
@@ -164,7 +165,7 @@ TEST(Torsion_Warping_High_Order, FallsBackAndRefusesBadInput) {
   angle.Angle(60, 40, 6);
   Torsion_Warping_Result r{};
   const Torsion_Warping_Options loose{1e-4, 0, 1.0};
-  const High_Order_Settings quadratic_only{64, 2, 2, 0};
+  const High_Order_Settings quadratic_only{64, 2, 2, 0, 0};
   int order = -1;
   ASSERT_EQ(Torsion_Warping_High_Order(angle.surface(), &loose, &r, &order, &quadratic_only),
             TORSION_WARPING_GAP_REACHED);
@@ -173,10 +174,14 @@ TEST(Torsion_Warping_High_Order, FallsBackAndRefusesBadInput) {
   EXPECT_LE(r.relative_gap, 1e-4);
   const double thin = (60 + 40 - 6) * 216.0 / 3;  // the legs' thin-wall sum, above J
   EXPECT_NEAR(r.J, thin, 0.15 * thin);
-  // Raising the order meets a moderate gap there all the same.
-  r = Fast(angle, 1e-3);
+  // With the elements graded towards the corner, raising the order meets
+  // the default gap there all the same, and both paths bound one J.
+  const double quadratic_lower = r.J_lower, quadratic_upper = r.J_upper;
+  r = Fast(angle, 1e-6);
   ASSERT_EQ(r.status, TORSION_WARPING_GAP_REACHED);
   EXPECT_GT(r.order, 2);
+  EXPECT_LE(r.J_lower, quadratic_upper);
+  EXPECT_GE(r.J_upper, quadratic_lower);
 
   Torsion_Warping_Options o{1e-6, 0, 1.0};
   Surface_Type empty{};
