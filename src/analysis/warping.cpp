@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numbers>
 #include <numeric>
 #include <vector>
 
 #include "analysis/split_internal.h"
+#include "analysis/warping_high_order.h"
 #include "analysis/warping_solve.h"
 #include "platform/locked.h"
 #include "tessaline/analysis/exact.h"
@@ -19,6 +21,8 @@ constexpr double kDefault_Gap = 1e-6;
 constexpr int kDefault_Budget = 200000;
 // Elements of the starting mesh of a surface.
 constexpr double kStart_Elements = 128.0;
+// The high-order path's coarse mesh and orders.
+constexpr High_Order_Settings kHigh_Order_Defaults{64.0, 5, 10, 1, 8};
 
 bool Read_Linear(const FE_Split& s, std::vector<double>* x, std::vector<double>* y,
                  std::vector<std::array<int32_t, 3>>* tri) {
@@ -70,6 +74,45 @@ std::vector<char> Mark_Elements(const std::vector<double>& eta, double share) {
     marked[e] = 1;
     sum += eta[e];
     last = eta[e];
+  }
+  return marked;
+}
+
+// The elements that touch a sharp corner of the boundary: a corner node
+// where two straight boundary edges meet at an angle. The fields' second
+// derivatives grow without bound there, and raising the order alone
+// converges slowly; smaller elements around it restore the pace.
+std::vector<char> Sharp_Corner_Elements(const P2_Mesh& m, bool reentrant_only) {
+  std::vector<int32_t> component;
+  int components = 0;
+  std::vector<char> sharp(m.x.size(), 0);
+  auto curved = [&](int32_t a, int32_t b) {
+    auto it = m.edge_curve.find(Edge_Key(a, b));
+    return it != m.edge_curve.end() && it->second >= 0;
+  };
+  auto curve_of = [&](int32_t a, int32_t b) {
+    auto it = m.edge_curve.find(Edge_Key(a, b));
+    return it != m.edge_curve.end() ? it->second : -1;
+  };
+  for (const P2_Loop& l : Boundary_Loops(m, &component, &components)) {
+    const size_t n = l.nodes.size();
+    for (size_t i = 0; i + 1 < n; i += 2) {
+      const int32_t a = l.nodes[(i + n - 2) % n], v = l.nodes[i], b = l.nodes[(i + 2) % n];
+      if (curve_of(a, v) != curve_of(v, b)) {
+        sharp[v] = !reentrant_only;  // where a fillet meets a straight edge
+        continue;
+      }
+      if (curved(a, v) || curved(v, b)) continue;
+      const double ux = m.x[v] - m.x[a], uy = m.y[v] - m.y[a];
+      const double wx = m.x[b] - m.x[v], wy = m.y[b] - m.y[v];
+      const double turn = std::atan2(ux * wy - uy * wx, ux * wx + uy * wy);
+      // The material lies left of the loops: a re-entrant corner turns right.
+      if (reentrant_only ? turn < -0.35 : std::fabs(turn) > 0.35) sharp[v] = 1;
+    }
+  }
+  std::vector<char> marked(m.tri.size(), 0);
+  for (size_t e = 0; e < m.tri.size(); ++e) {
+    for (int i = 0; i < 3; ++i) marked[e] |= sharp[m.tri[e][i]];
   }
   return marked;
 }
@@ -179,6 +222,14 @@ int Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
         finer = Bisect_P2_Mesh(mesh, Mark_Elements(eta, share));
         if (finer.tri.size() * 10 < mesh.tri.size() * 11) break;
       }
+      // The indicator held by a few elements (a re-entrant corner): a
+      // larger share is refined, so that each solve still adds a tenth.
+      for (double share : {0.9, 0.97, 0.99, 1.0}) {
+        if (finer.tri.size() * 10 >= mesh.tri.size() * 11) break;
+        P2_Mesh more = Bisect_P2_Mesh(mesh, Mark_Elements(eta, share));
+        if (more.tri.size() > static_cast<size_t>(budget)) break;
+        finer = std::move(more);
+      }
     }
     if (finer.tri.size() > static_cast<size_t>(budget) || finer.tri.size() <= mesh.tri.size()) {
       status = TORSION_WARPING_BUDGET_SPENT;
@@ -209,6 +260,7 @@ int Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
   result->shear_area_x = s.shear_area_x;
   result->shear_area_y = s.shear_area_y;
   result->max_shear_stress = s.max_tau;
+  result->order = 2;
   return status;
 }
 
@@ -243,5 +295,106 @@ int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split* split,
 
 int Calc_Torsion_Warping(Surface_Type* surface, const Torsion_Warping_Options* options,
                          Torsion_Warping_Result* result, FE_Split* split) {
+  if (!split) return Torsion_Warping_High_Order(surface, options, result, nullptr);
   return Torsion_Warping_Of_Surface(surface, options, result, split, Warping_Refinement::kAdaptive);
+}
+
+int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Options* options,
+                               Torsion_Warping_Result* result, int* order,
+                               const High_Order_Settings* settings) {
+  if (order) *order = 0;
+  if (!result) return TORSION_WARPING_FAILED;
+  result->status = TORSION_WARPING_FAILED;
+  surface_geometry g{};
+  if (!surface || !Calc_Exact_Surface_Param(surface, &g) || !(g.area > 0)) {
+    return TORSION_WARPING_FAILED;
+  }
+  const High_Order_Settings set = settings ? *settings : kHigh_Order_Defaults;
+  double gap = options && options->relative_gap > 0 ? options->relative_gap : kDefault_Gap;
+  if (!std::isfinite(gap)) gap = kDefault_Gap;
+  const double Mt = options && options->Mt != 0 && std::isfinite(options->Mt) ? options->Mt : 1.0;
+  // A curved edge that bulges across its element folds the map: the mesh
+  // is then made finer once.
+  // Every arc in two pieces at least and every circle in eight: the mesher
+  // may split a boundary chord, and a node in the middle of a longer chord
+  // lies too far inside to be known as the curve's.
+  const std::vector<Warping_Curve> curves = Read_Warping_Curves(surface);
+  double h_curves = HUGE_VAL;
+  for (const Warping_Curve& c : curves) {
+    h_curves =
+        std::min(h_curves, c.sweep >= 2 * std::numbers::pi ? 0.75 * c.r : 0.5 * c.r * c.sweep);
+  }
+  for (double elements : {set.elements, 4 * set.elements}) {
+    FE_Split s{};
+    std::vector<double> x, y;
+    std::vector<std::array<int32_t, 3>> tri;
+    const bool split =
+        Split_Surface_By_Mesher(surface, &s, &s.node_count, &s.triangles, &s.triangle_count,
+                                nullptr, std::min(h_curves, std::sqrt(2.0 * g.area / elements))) &&
+        Read_Linear(s, &x, &y, &tri);
+    Free_FE_Split(&s);
+    if (!split) break;
+    P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
+    for (int round = 0; round < set.corner_rounds; ++round) {
+      mesh = Bisect_P2_Mesh(mesh, Sharp_Corner_Elements(mesh, false));
+    }
+    // A re-entrant corner without a fillet is graded further: each round
+    // halves the elements around it, and a few small elements there cost
+    // less than the orders the corner would need.
+    for (int round = 0; round < set.reentrant_rounds; ++round) {
+      const std::vector<char> marked = Sharp_Corner_Elements(mesh, true);
+      if (std::find(marked.begin(), marked.end(), 1) == marked.end()) break;
+      mesh = Bisect_P2_Mesh(mesh, marked);
+    }
+    const int first = std::clamp(set.first_order, kHigh_Order_Min, kHigh_Order_Max);
+    const int last = std::clamp(set.last_order, first, kHigh_Order_Max);
+    double previous = 0;
+    int solves = 0;
+    bool folded = false;
+    for (int p = first; p <= last;) {
+      const Warping_Solution w = Solve_Warping_High_Order(mesh, p, Mt);
+      if (!w.ok) {
+        folded = true;
+        break;
+      }
+      ++solves;
+      const double now = (w.J_upper - w.J_lower) / w.J_upper;
+      if (now <= gap) {
+        result->status = TORSION_WARPING_GAP_REACHED;
+        result->elements = static_cast<int32_t>(mesh.tri.size());
+        result->nodes = static_cast<int32_t>(mesh.x.size());
+        result->refinements = solves - 1;
+        result->J_upper = w.J_upper;
+        result->J_lower = w.J_lower;
+        result->J = 0.5 * (w.J_upper + w.J_lower);
+        result->relative_gap = now;
+        result->area = w.area;
+        result->centroid_x = w.cx;
+        result->centroid_y = w.cy;
+        result->shear_centre_x = w.xs;
+        result->shear_centre_y = w.ys;
+        result->Cw = w.Cw;
+        result->shear_area_x = w.shear_area_x;
+        result->shear_area_y = w.shear_area_y;
+        result->max_shear_stress = w.max_tau;
+        result->order = p;
+        if (order) *order = p;
+        return result->status;
+      }
+      // The gap falls about geometrically with the order: from the last
+      // two solves, the order that should meet it.
+      int next = p + 1;
+      if (previous > 0 && now > 0 && now < previous) {
+        const double steps = std::ceil(std::log(gap / now) / std::log(now / previous));
+        if (std::isfinite(steps)) next = p + std::clamp(static_cast<int>(steps), 1, last - p + 1);
+      }
+      previous = now;
+      if (p == last) break;
+      p = std::min(next, last);
+    }
+    if (!folded) break;
+  }
+  if (order) *order = 2;
+  return Torsion_Warping_Of_Surface(surface, options, result, nullptr,
+                                    Warping_Refinement::kAdaptive);
 }

@@ -66,6 +66,9 @@ struct Torsion_Warping_Result {
   // The largest torsion shear stress of the section for the torque Mt,
   // sampled at every node of every element.
   double max_shear_stress;
+  // The polynomial order of the elements: 2 for quadratic triangles, more
+  // when Calc_Torsion_Warping raised the order on a coarse mesh.
+  int32_t order;
 };
 
 // Refines the linear-triangle split of the surface until the bounds of J
@@ -91,14 +94,23 @@ TESSALINE_API int Calc_Torsion_Warping_On_Split(Surface_Type* surface, FE_Split*
                                                 const Torsion_Warping_Options* options,
                                                 Torsion_Warping_Result* result);
 
-// The same from the surface alone: its area (exact, from its contours)
-// gives a starting element size for about 128 elements, the mesher splits
-// the surface at it, with arcs and circles sampled at least every 12
-// degrees so that no curved element folds on a small fillet (the grid
-// split when the mesher is not built in), and
-// the analysis above runs on that split. The last mesh and its stresses go
-// to *split when it is not null (its earlier blocks freed). Returns the
-// status; TORSION_WARPING_FAILED for a null or empty surface or result.
+// The same from the surface alone.
+// With a split (not null), the quadratic path: its area (exact, from its
+// contours) gives a starting element size for about 128 elements, the
+// mesher splits the surface at it, with arcs and circles sampled at least
+// every 12 degrees so that no curved element folds on a small fillet (the
+// grid split when the mesher is not built in), the analysis above runs on that split, and the last mesh and
+// its stresses go to *split (its earlier blocks freed).
+// Without one (null), the fast path: a coarse mesher split (about 64
+// elements on the area, more where the walls are thin) whose edges on
+// arcs and circles follow the curves exactly, and elements whose
+// polynomial order is raised (result->order, up to 10) until the gap is
+// met; every quantity of the result comes from the same fields. When the
+// last order does not meet the gap (a re-entrant corner without a fillet
+// converges slowly), or the mesher is not built in, the quadratic path
+// above finishes the job (result->order 2). The element budget binds the
+// quadratic path only. Returns the status; TORSION_WARPING_FAILED for a
+// null or empty surface or result.
 TESSALINE_API int Calc_Torsion_Warping(Surface_Type* surface,
                                        const Torsion_Warping_Options* options,
                                        Torsion_Warping_Result* result, FE_Split* split);

@@ -52,8 +52,8 @@ struct Split_Owner {
   ~Split_Owner() { Free_FE_Split(&split); }
 };
 
-// The high-order torsion and warping: a coarse mesher split refined until
-// the bounds on J meet the gap or the budget is spent.
+// The high-order torsion and warping: the order of a coarse mesh's
+// elements raised until the bounds on J meet the gap.
 bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
                         std::string* error) {
   if (o.progress) o.progress->SetPos(5);
@@ -71,9 +71,9 @@ bool High_Order_Torsion(Section& s, const Analyze_Options& o, Section_Result* r,
   r->xs = t.shear_centre_x;
   r->ys = t.shear_centre_y;
   char note[160];
-  std::snprintf(note, sizeof note, "%s: relative gap %.2g, %d quadratic elements",
+  std::snprintf(note, sizeof note, "%s: relative gap %.2g, %d elements of order %d",
                 t.status == TORSION_WARPING_GAP_REACHED ? "gap reached" : "element budget spent",
-                t.relative_gap, t.elements);
+                t.relative_gap, t.elements, t.order);
   r->torsion_note = note;
   return true;
 }
