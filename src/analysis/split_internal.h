@@ -52,8 +52,11 @@ int Mesh_Surface(struct Surface_Type* surface, HWND window, double h, bool renum
 inline constexpr double kTorsion_Arc_Angle = 3.14159265358979323846 / 15;
 
 // Split_Surface_By_Mesher with arcs and circles sampled at most
-// kTorsion_Arc_Angle a piece: the starting split of the torsion analysis.
-int Split_Surface_For_Torsion(struct Surface_Type* surface, FE_Split* split, double h);
+// max_arc_angle a piece, and every arc in two pieces at least (a mesher
+// node in the middle of a single chord lies too far inside to be known as
+// the arc's): the starting split of the torsion analysis.
+int Split_Surface_For_Torsion(struct Surface_Type* surface, FE_Split* split, double h,
+                              double max_arc_angle = kTorsion_Arc_Angle);
 
 // Counter-clockwise order: swaps two corners of a triangle of negative
 // signed area.

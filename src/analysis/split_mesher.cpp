@@ -1,5 +1,6 @@
 // The split by the finite-element mesher: the contours sampled into nodes
 // about h apart, the mesher's triangles taken over and renumbered.
+#include <algorithm>
 #include <cmath>
 #include <new>
 #include <unordered_map>
@@ -41,7 +42,7 @@ class Sampler {
   // sampling grows too big.
   bool Pieces(double length, int* n, double turn = 0.0) {
     double pieces = std::ceil(length / h_);
-    if (max_angle_ > 0) pieces = std::max(pieces, std::ceil(turn / max_angle_));
+    if (max_angle_ > 0) pieces = std::max({pieces, std::ceil(turn / max_angle_), 2.0});
     if (!(pieces <= *budget_)) return false;
     *budget_ -= pieces;
     *n = pieces < 1 ? 1 : static_cast<int>(pieces);
@@ -236,8 +237,9 @@ int Split_Surface_By_Mesher(Surface_Type* surface, FE_Split* split, int* node_co
   return Split_Into(surface, split, node_count, triangles, triangle_count, window, h, 0.0);
 }
 
-int Split_Surface_For_Torsion(Surface_Type* surface, FE_Split* split, double h) {
-  if (!split) return 0;
+int Split_Surface_For_Torsion(Surface_Type* surface, FE_Split* split, double h,
+                              double max_arc_angle) {
+  if (!split || !(max_arc_angle > 0)) return 0;
   return Split_Into(surface, split, &split->node_count, &split->triangles, &split->triangle_count,
-                    nullptr, h, kTorsion_Arc_Angle);
+                    nullptr, h, max_arc_angle);
 }

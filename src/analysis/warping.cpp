@@ -299,6 +299,12 @@ int Calc_Torsion_Warping(Surface_Type* surface, const Torsion_Warping_Options* o
   return Torsion_Warping_Of_Surface(surface, options, result, split, Warping_Refinement::kAdaptive);
 }
 
+// The largest turn of a boundary piece on an arc or circle in the
+// high-order path's splits.
+constexpr double kHigh_Order_Arc_Angle = std::numbers::pi / 4;
+// Bounds crossed by no more than this (relative) have met, to rounding.
+constexpr double kRounding_Gap = 1e-12;
+
 int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Options* options,
                                Torsion_Warping_Result* result, int* order,
                                const High_Order_Settings* settings) {
@@ -314,24 +320,18 @@ int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Opti
   if (!std::isfinite(gap)) gap = kDefault_Gap;
   const double Mt = options && options->Mt != 0 && std::isfinite(options->Mt) ? options->Mt : 1.0;
   // A curved edge that bulges across its element folds the map: the mesh
-  // is then made finer once.
-  // Every arc in two pieces at least and every circle in eight: the mesher
-  // may split a boundary chord, and a node in the middle of a longer chord
-  // lies too far inside to be known as the curve's.
+  // is then made finer once. Arcs and circles are sampled every 45 degrees
+  // at most (a circle in eight pieces) and every arc in two pieces at
+  // least, whatever the element size: the mesher grades the elements down
+  // to a small fillet's pieces instead of the whole mesh taking their size.
   const std::vector<Warping_Curve> curves = Read_Warping_Curves(surface);
-  double h_curves = HUGE_VAL;
-  for (const Warping_Curve& c : curves) {
-    h_curves =
-        std::min(h_curves, c.sweep >= 2 * std::numbers::pi ? 0.75 * c.r : 0.5 * c.r * c.sweep);
-  }
   for (double elements : {set.elements, 4 * set.elements}) {
     FE_Split s{};
     std::vector<double> x, y;
     std::vector<std::array<int32_t, 3>> tri;
-    const bool split =
-        Split_Surface_By_Mesher(surface, &s, &s.node_count, &s.triangles, &s.triangle_count,
-                                nullptr, std::min(h_curves, std::sqrt(2.0 * g.area / elements))) &&
-        Read_Linear(s, &x, &y, &tri);
+    const bool split = Split_Surface_For_Torsion(surface, &s, std::sqrt(2.0 * g.area / elements),
+                                                 kHigh_Order_Arc_Angle) &&
+                       Read_Linear(s, &x, &y, &tri);
     Free_FE_Split(&s);
     if (!split) break;
     P2_Mesh mesh = Build_P2_Mesh(x, y, tri, curves);
@@ -364,10 +364,14 @@ int Torsion_Warping_High_Order(Surface_Type* surface, const Torsion_Warping_Opti
         result->elements = static_cast<int32_t>(mesh.tri.size());
         result->nodes = static_cast<int32_t>(mesh.x.size());
         result->refinements = solves - 1;
-        result->J_upper = w.J_upper;
-        result->J_lower = w.J_lower;
+        // When the field lies in the elements' space (a round tube), the
+        // two bounds meet and rounding may order them either way: they are
+        // reported as one value then.
+        const bool met = now < 0 && -now <= kRounding_Gap;
+        result->J_upper = met ? 0.5 * (w.J_upper + w.J_lower) : w.J_upper;
+        result->J_lower = met ? result->J_upper : w.J_lower;
         result->J = 0.5 * (w.J_upper + w.J_lower);
-        result->relative_gap = now;
+        result->relative_gap = met ? 0.0 : now;
         result->area = w.area;
         result->centroid_x = w.cx;
         result->centroid_y = w.cy;
