@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <numbers>
 
 #include "output_file.h"
 
@@ -152,18 +153,28 @@ struct Split_Blocks {
 // per-triangle stresses in tau_x and tau_y.
 bool Make_Split(Section& s, double area, int elements, bool torsion, Split_Blocks* m,
                 std::string* error) {
-  if (!torsion) {
-    if (!Split_Surface_By_Mesher(&s.surface, &m->split, &m->split.node_count, &m->split.triangles,
-                                 &m->split.triangle_count, nullptr, Element_Size(area, elements)) ||
-        m->split.triangle_count <= 0) {
-      *error = "the section could not be split into elements";
-      return false;
+  double h = Element_Size(area, torsion ? std::max(50, elements / 4) : elements);
+  if (torsion) {
+    // The torsion analysis moves the middle of each boundary chord onto its
+    // arc: no chord may turn by more than 22.5 degrees, or the element on a
+    // small fillet folds.
+    for (const Piece& p : s.outline.pieces) {
+      if (p.kind == Piece::kArc)
+        h = std::min(h, p.r * (p.a2 - p.a1) / std::ceil((p.a2 - p.a1) / (std::numbers::pi / 8)));
+      if (p.kind == Piece::kCircle) h = std::min(h, p.r * std::numbers::pi / 8);
     }
-    return true;
   }
+  if (!Split_Surface_By_Mesher(&s.surface, &m->split, &m->split.node_count, &m->split.triangles,
+                               &m->split.triangle_count, nullptr, h) ||
+      m->split.triangle_count <= 0) {
+    *error = "the section could not be split into elements";
+    return false;
+  }
+  if (!torsion) return true;
   Torsion_Warping_Options options{1e-3, 4 * elements, 1.0};
   Torsion_Warping_Result t{};
-  if (Calc_Torsion_Warping(&s.surface, &options, &t, &m->split) == TORSION_WARPING_FAILED) {
+  if (Calc_Torsion_Warping_On_Split(&s.surface, &m->split, &options, &t) ==
+      TORSION_WARPING_FAILED) {
     *error = "the torsion analysis failed";
     return false;
   }
