@@ -26,6 +26,14 @@ struct Curve {
 // does not lock, non-finite values, a segment of equal ends or a radius not
 // greater than 0. Arcs also need a sweep: a1 and a2 apart after normalising.
 bool Read_Curve(HGLOBAL h, Curve* out);
+// Read_Curve of an element that must be a straight line (segment or
+// construction line), or a circle or arc.
+inline bool Read_Line(HGLOBAL h, Curve* c) {
+  return Read_Curve(h, c) && c->line();
+}
+inline bool Read_Circle(HGLOBAL h, Curve* c) {
+  return Read_Curve(h, c) && !c->line();
+}
 
 // Crossings of two circles: 0, 1 (touching) or 2 points, written to x[], y[].
 int Cross_2Circle(double x1, double y1, double r1, double x2, double y2, double r2, double* x,

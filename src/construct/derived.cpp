@@ -15,13 +15,6 @@ using namespace construct;
 
 namespace {
 
-bool Read_Line(HGLOBAL h, Curve* c) {
-  return Read_Curve(h, c) && c->line();
-}
-bool Read_Circle(HGLOBAL h, Curve* c) {
-  return Read_Curve(h, c) && !c->line();
-}
-
 bool Finite(double x, double y) {
   return std::isfinite(x) && std::isfinite(y);
 }

@@ -13,13 +13,6 @@ using namespace construct;
 
 namespace {
 
-bool Read_Line(HGLOBAL h, Curve* c) {
-  return Read_Curve(h, c) && c->line();
-}
-bool Read_Circle(HGLOBAL h, Curve* c) {
-  return Read_Curve(h, c) && !c->line();
-}
-
 // Keeps the crossings that lie on the arc (all of them on a circle).
 int Keep_On_Arc(const Curve& k, int n, double* x, double* y) {
   if (k.type != EL_ARC) return n;
